@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QValidator>
+
+#include <memory>
+
+#include "platform/Formatter.h"
+
+class QLineEdit;
+
+namespace pde {
+
+// Hands every user edit of a QLineEdit to a Formatter, with the text and
+// selection from before the edit, and applies its answer. Text set by the
+// program is not checked, as with a formatter's edit check elsewhere.
+class FormatterValidator : public QValidator
+{
+    Q_OBJECT
+public:
+    // Installs the formatter on the field, which owns it from then on; a
+    // formatter installed earlier is replaced.
+    static void setFormatter(QLineEdit *field, std::unique_ptr<Formatter> formatter);
+    // The formatter installed on the field, or null.
+    static Formatter *formatter(const QLineEdit *field);
+    // Sets the field's text without asking the formatter.
+    static void setTextUnchecked(QLineEdit *field, const QString &text);
+
+    State validate(QString &input, int &pos) const override;
+
+private:
+    FormatterValidator(QLineEdit *field, std::unique_ptr<Formatter> formatter);
+    void remember();
+
+    QPointer<QLineEdit> m_field;
+    std::unique_ptr<Formatter> m_formatter;
+    QString m_text;
+    TextRange m_selection;
+    mutable bool m_settingText = false;
+};
+
+} // namespace pde

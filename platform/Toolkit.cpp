@@ -1,0 +1,97 @@
+#include "platform/Toolkit.h"
+
+#include "platform/FormatterValidator.h"
+
+#include <QLineEdit>
+#include <QPalette>
+
+namespace pde {
+
+QColor blackColor()
+{
+    return QColor(0, 0, 0);
+}
+
+QColor grayColor()
+{
+    return QColor(128, 128, 128);
+}
+
+void setTextColor(QLineEdit *field, const QColor &color)
+{
+    if (!field)
+        return;
+    QPalette palette = field->palette();
+    for (auto group : { QPalette::Active, QPalette::Inactive, QPalette::Disabled })
+        palette.setColor(group, QPalette::Text, color);
+    field->setPalette(palette);
+}
+
+QColor textColor(const QLineEdit *field)
+{
+    return field ? field->palette().color(QPalette::Active, QPalette::Text) : QColor();
+}
+
+void setEditable(QLineEdit *field, bool editable)
+{
+    if (field)
+        field->setReadOnly(!editable);
+}
+
+void setSelectable(QLineEdit *field, bool selectable)
+{
+    if (!field)
+        return;
+    // A field that is not selectable takes neither the focus nor the mouse.
+    field->setFocusPolicy(selectable ? Qt::StrongFocus : Qt::NoFocus);
+    field->setAttribute(Qt::WA_TransparentForMouseEvents, !selectable);
+    if (!selectable)
+        field->deselect();
+}
+
+bool isSelectable(const QLineEdit *field)
+{
+    return field && field->focusPolicy() != Qt::NoFocus
+        && !field->testAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+int tag(const QLineEdit *field)
+{
+    return field ? field->property("tag").toInt() : 0;
+}
+
+void setStringValue(QLineEdit *field, const QString &text)
+{
+    FormatterValidator::setTextUnchecked(field, text);
+}
+
+void makeFirstResponder(QWidget *widget, QWidget *responder)
+{
+    if (!widget)
+        return;
+    if (responder) {
+        responder->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    QWidget *window = widget->window();
+    if (QWidget *focused = window->focusWidget())
+        focused->clearFocus();
+    window->setFocus(Qt::OtherFocusReason);
+}
+
+QIcon iconForTypeCode(quint32 code)
+{
+    struct Entry { quint32 code; const char *themeName; const char *fallback; };
+    static const Entry entries[] = {
+        { typeCode("ulck"), "changes-allow", ":/pde/icons/changes-allow.png" },
+        { typeCode("lock"), "changes-prevent", ":/pde/icons/changes-prevent.png" },
+    };
+    for (const Entry &entry : entries) {
+        if (entry.code == code)
+            return QIcon::fromTheme(QString::fromLatin1(entry.themeName),
+                                    QIcon(QString::fromLatin1(entry.fallback)));
+    }
+    return QIcon();
+}
+
+} // namespace pde

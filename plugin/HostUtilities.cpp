@@ -1,0 +1,101 @@
+#include "plugin/HostUtilities.h"
+
+#include <QFile>
+#include <QMutex>
+#include <QStringList>
+
+#include <cstring>
+#include <limits>
+
+namespace {
+
+QMutex pathMutex;
+QString currentOsReleasePath = QString::fromLatin1(kDefaultOsReleasePath);
+
+// VERSION_ID of an os-release file, unquoted; empty when absent.
+QString readVersionId(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return QString();
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine(4096).trimmed();
+        if (!line.startsWith("VERSION_ID="))
+            continue;
+        QByteArray value = line.mid(int(std::strlen("VERSION_ID=")));
+        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+            value = value.mid(1, value.size() - 2);
+        return QString::fromUtf8(value);
+    }
+    return QString();
+}
+
+// The leading decimal integer of a part; 0 when it has none.
+qint32 leadingInteger(const QString &part)
+{
+    qint64 value = 0;
+    qsizetype i = 0;
+    bool negative = false;
+    const QString text = part.trimmed();
+    if (i < text.size() && (text[i] == QLatin1Char('-') || text[i] == QLatin1Char('+')))
+        negative = text[i++] == QLatin1Char('-');
+    for (; i < text.size() && text[i].isDigit() && text[i].unicode() < 0x80; ++i) {
+        value = value * 10 + (text[i].unicode() - '0');
+        if (value > std::numeric_limits<qint32>::max())
+            return negative ? std::numeric_limits<qint32>::min() : std::numeric_limits<qint32>::max();
+    }
+    return qint32(negative ? -value : value);
+}
+
+} // namespace
+
+void setOsReleasePath(const QString &path)
+{
+    QMutexLocker lock(&pathMutex);
+    currentOsReleasePath = path;
+}
+
+QString osReleasePath()
+{
+    QMutexLocker lock(&pathMutex);
+    return currentOsReleasePath;
+}
+
+void get_system_version(qint32 *major, qint32 *minor, qint32 *bugFix)
+{
+    if (!major || !minor || !bugFix)
+        return;
+    const qint32 defaults[3] = { *major, *minor, *bugFix };
+    qint32 *out[3] = { major, minor, bugFix };
+
+    const QString version = readVersionId(osReleasePath());
+    const QStringList parts = version.isEmpty() ? QStringList() : version.split(QLatin1Char('.'));
+    const qint32 n = qint32(qMin<qsizetype>(parts.size(), 3));
+    for (qint32 i = 0; i < 3; ++i)
+        *out[i] = i < n ? leadingInteger(parts.at(i)) : defaults[i];
+}
+
+bool runningOnLeopardOrLater()
+{
+    qint32 major = 10, minor = 4, bugFix = 0;
+    get_system_version(&major, &minor, &bugFix);
+    return major > 10 || (major == 10 && minor > 4);
+}
+
+pde::StringEncoding getEncodingFromPPD(const ppd_file_t *ppd)
+{
+    if (!ppd || !ppd->lang_encoding)
+        return pde::kStringEncodingMacRoman;
+    static const struct { const char *name; pde::StringEncoding encoding; } table[] = {
+        { "ISOLatin1", pde::kStringEncodingISOLatin1 },
+        { "WindowsANSI", pde::kStringEncodingWindowsLatin1 },
+        { "JIS83-RKSJ", pde::kStringEncodingShiftJIS },
+        { "UTF-8", pde::kStringEncodingUTF8 },
+        { "UTF8", pde::kStringEncodingUTF8 },
+    };
+    for (const auto &entry : table) {
+        if (std::strcmp(ppd->lang_encoding, entry.name) == 0)
+            return entry.encoding;
+    }
+    return pde::kStringEncodingMacRoman;
+}

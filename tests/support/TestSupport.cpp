@@ -1,0 +1,40 @@
+#include "tests/support/TestSupport.h"
+
+#include <QFile>
+
+namespace pdetest {
+
+QString testDataPath(const QString &name)
+{
+    return qEnvironmentVariable("PDE_TEST_DATA") + QLatin1Char('/') + name;
+}
+
+QString examplePath(const QString &name)
+{
+    return qEnvironmentVariable("PDE_EXAMPLES") + QLatin1Char('/') + name;
+}
+
+QString samplePpdPath()
+{
+    return examplePath(QStringLiteral("nurat-qr7150k.ppd"));
+}
+
+PpdPtr openPpd(const QString &path)
+{
+    return PpdPtr(ppdOpenFile(QFile::encodeName(path).constData()));
+}
+
+TestCallback::TestCallback(ppd_file_t *ppdFile, const QString &printer)
+    : ppd(ppdFile)
+{
+    if (!printer.isEmpty())
+        session.setCurrentPrinter(pde::Printer { printer, QString() });
+}
+
+bool ConstraintTestCallback::willChangePPDOptionKeyValue(const QString &option, const QString &choice)
+{
+    asked << option + QLatin1Char('=') + choice;
+    return allow;
+}
+
+} // namespace pdetest

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QString>
+
+#include <cups/ppd.h>
+
+#include <memory>
+
+#include "platform/ConstraintHandling.h"
+#include "platform/PluginCallback.h"
+#include "platform/PrintSession.h"
+#include "platform/PrintSettings.h"
+
+namespace pdetest {
+
+// A file of the test data folder, or of the examples folder.
+QString testDataPath(const QString &name);
+QString examplePath(const QString &name);
+QString samplePpdPath();
+
+// An opened PPD, closed when it goes.
+struct PpdCloser { void operator()(ppd_file_t *ppd) const { ppdClose(ppd); } };
+using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
+PpdPtr openPpd(const QString &path);
+
+// A host callback as a host without constraint handling gives it.
+class TestCallback : public pde::PluginCallback
+{
+public:
+    TestCallback(ppd_file_t *ppd = nullptr, const QString &printer = QStringLiteral("office"));
+
+    pde::PrintSession *printSession() override { return &session; }
+    pde::PrintSettings *printSettings() override { return settingsAvailable ? &settings : nullptr; }
+    ppd_file_t *ppdFile() override { return ppd; }
+
+    pde::PrintSession session;
+    pde::PrintSettings settings;
+    bool settingsAvailable = true;
+    ppd_file_t *ppd = nullptr;
+};
+
+// The same with constraint handling: answers `allow` and records the questions.
+class ConstraintTestCallback : public TestCallback, public pde::ConstraintHandling
+{
+public:
+    using TestCallback::TestCallback;
+    bool willChangePPDOptionKeyValue(const QString &option, const QString &choice) override;
+
+    bool allow = true;
+    QStringList asked;
+};
+
+} // namespace pdetest
