@@ -19,6 +19,11 @@ QString samplePpdPath()
     return examplePath(QStringLiteral("nurat-qr7150k.ppd"));
 }
 
+void PpdCloser::operator()(ppd_file_t *ppd) const
+{
+    ppdClose(ppd);
+}
+
 PpdPtr openPpd(const QString &path)
 {
     return PpdPtr(ppdOpenFile(QFile::encodeName(path).constData()));

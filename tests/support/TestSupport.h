@@ -19,7 +19,7 @@ QString examplePath(const QString &name);
 QString samplePpdPath();
 
 // An opened PPD, closed when it goes.
-struct PpdCloser { void operator()(ppd_file_t *ppd) const { ppdClose(ppd); } };
+struct PpdCloser { void operator()(ppd_file_t *ppd) const; };
 using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
 PpdPtr openPpd(const QString &path);
 
