@@ -6,12 +6,17 @@ namespace pdetest {
 
 QString testDataPath(const QString &name)
 {
-    return qEnvironmentVariable("PDE_TEST_DATA") + QLatin1Char('/') + name;
+    return QStringLiteral(PDE_TEST_DATA_DIR "/") + name;
 }
 
 QString examplePath(const QString &name)
 {
-    return qEnvironmentVariable("PDE_EXAMPLES") + QLatin1Char('/') + name;
+    return QStringLiteral(PDE_EXAMPLES_DIR "/") + name;
+}
+
+QString pluginBuildDirectory()
+{
+    return QStringLiteral(PDE_PLUGIN_BUILD_DIR);
 }
 
 QString samplePpdPath()

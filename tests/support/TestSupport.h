@@ -17,6 +17,8 @@ namespace pdetest {
 QString testDataPath(const QString &name);
 QString examplePath(const QString &name);
 QString samplePpdPath();
+// Where the build puts plug-in modules.
+QString pluginBuildDirectory();
 
 // An opened PPD, closed when it goes.
 struct PpdCloser { void operator()(ppd_file_t *ppd) const; };
