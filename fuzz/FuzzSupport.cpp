@@ -1,0 +1,41 @@
+#include "fuzz/FuzzSupport.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cstdlib>
+
+namespace pdefuzz {
+
+void ensureApplication()
+{
+    static QApplication *application = [] {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(QDir::tempPath() + QStringLiteral("/pde-fuzz-config")));
+        static int argc = 1;
+        static char name[] = "pdefuzz";
+        static char *argv[] = { name, nullptr };
+        return new QApplication(argc, argv);
+    }();
+    (void)application;
+}
+
+QString preferencesFolder()
+{
+    return QDir::tempPath() + QStringLiteral("/pde-fuzz-config/print-preferences");
+}
+
+ppd_file_t *samplePpd()
+{
+    static ppd_file_t *ppd = ppdOpenFile(PDE_SAMPLE_PPD);
+    return ppd;
+}
+
+FuzzCallback::FuzzCallback(ppd_file_t *ppdFile)
+    : ppd(ppdFile)
+{
+    session.setCurrentPrinter(pde::Printer { QString::fromLatin1(kFuzzPrinter), QString() });
+}
+
+} // namespace pdefuzz

@@ -1,0 +1,56 @@
+// Restore, save and print from print settings with any keys and values, and
+// from any pending stored values.
+
+#include "fuzz/FuzzSupport.h"
+#include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
+
+#include <fuzzer/FuzzedDataProvider.h>
+
+namespace {
+
+const char *const kTicketKeys[] = {
+    "jp.co.nurat.print.PrintSettings.spoolTime",     "jp.co.nurat.print.PrintSettings.bc.mainCodecb",
+    "jp.co.nurat.print.PrintSettings.bc.mainCode",   "jp.co.nurat.print.PrintSettings.bc.mainCode2",
+    "jp.co.nurat.print.PrintSettings.bc.subCodecb",  "jp.co.nurat.print.PrintSettings.bc.subCode",
+    "jp.co.nurat.print.PrintSettings.bc.subCode2",   "jp.co.nurat.print.PrintSettings.bc.holdButton",
+};
+
+QString anyText(FuzzedDataProvider &in)
+{
+    const std::string bytes = in.ConsumeRandomLengthString(600);
+    return in.ConsumeBool() ? QString::fromUtf8(bytes.data(), qsizetype(bytes.size()))
+                            : QString::fromLatin1(bytes.data(), qsizetype(bytes.size()));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    pdefuzz::ensureApplication();
+    FuzzedDataProvider in(data, size);
+    auto callback = std::make_shared<pdefuzz::FuzzCallback>(pdefuzz::samplePpd());
+    JpCoNuratPrintPdeQr7150kBC panel(callback);
+
+    panel.prefHoldButtonFlag = in.ConsumeIntegral<quint32>();
+    if (in.ConsumeBool())
+        panel.prefMainCodeCBBooleanRef = in.ConsumeBool();
+    if (in.ConsumeBool())
+        panel.prefMainCodeStringRef = anyText(in);
+    if (in.ConsumeBool())
+        panel.prefSubCodeCBBooleanRef = anyText(in);
+    if (in.ConsumeBool())
+        panel.prefSubCodeStringRef = anyText(in);
+
+    while (in.remaining_bytes() > 0) {
+        const QString key = in.ConsumeBool() ? QString::fromLatin1(in.PickValueInArray(kTicketKeys)) : anyText(in);
+        callback->settings.setValue(key, anyText(in));
+    }
+
+    if (panel.panelView() == nullptr)
+        return 0;
+    panel.restoreValuesAndReturnError(nullptr);
+    panel.saveValuesAndReturnError(nullptr);
+    panel.shouldPrint();
+    panel.summaryInfo();
+    return 0;
+}
