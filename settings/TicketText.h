@@ -31,5 +31,9 @@ void MyPMPrintSetAsciiCStrValue(pde::PrintSettings *settings, const QString &key
 // Replaces control characters (but tab) and double quotes by blanks, in place.
 void ReplaceSpaceCode(char *buffer, int64_t length);
 
-// False when the system's string encoding is an East Asian script encoding.
+// False when the system's string encoding (the C library's locale codeset) is
+// an East Asian script encoding.
 bool encodingWindowsLatin1();
+// The same for a codeset name as the C library spells it ("EUC-JP", "UTF-8");
+// case, '-', '_' and '.' do not matter.
+bool encodingWindowsLatin1(const char *codeset);
