@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QMutex>
 #include <QSettings>
+#include <QStringDecoder>
 #include <QTemporaryFile>
 #include <QUrl>
 
@@ -74,6 +75,63 @@ bool writeDomainFile(const QString &path, const QVariantMap &domain)
     return true;
 }
 
+// A file that QSettings would read without complaint may still not be one
+// this service wrote: only text lines of groups, keys and comments count.
+bool isWellFormedIni(const QByteArray &bytes)
+{
+    if (bytes.contains('\0'))
+        return false;
+    QStringDecoder utf8(QStringConverter::Utf8, QStringConverter::Flag::Stateless);
+    // Decoding is lazy: it runs when the result becomes a string.
+    const QString text = utf8.decode(bytes);
+    if (utf8.hasError())
+        return false;
+    for (QByteArray line : bytes.split('\n')) {
+        line = line.trimmed();
+        if (line.isEmpty() || line.startsWith(';') || line.startsWith('#'))
+            continue;
+        if (line.startsWith('[')) {
+            if (!line.endsWith(']'))
+                return false;
+            continue;
+        }
+        if (line.indexOf('=') <= 0)
+            return false;
+    }
+    return true;
+}
+
+bool allValuesValid(const QVariantMap &map)
+{
+    for (const QVariant &value : map) {
+        if (!value.isValid())
+            return false;
+        if (value.typeId() == QMetaType::QVariantMap && !allValuesValid(value.toMap()))
+            return false;
+    }
+    return true;
+}
+
+// The domain in the file, or nothing for a missing, unreadable or damaged file.
+std::optional<QVariantMap> readDomainFile(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    if (!isWellFormedIni(file.readAll()) || file.error() != QFileDevice::NoError)
+        return std::nullopt;
+    file.close();
+
+    QSettings settings(path, QSettings::IniFormat);
+    if (settings.status() != QSettings::NoError)
+        return std::nullopt;
+    QVariantMap domain;
+    readGroup(settings, domain);
+    if (!allValuesValid(domain))
+        return std::nullopt;
+    return domain;
+}
+
 } // namespace
 
 void UserDefaults::resetStandardUserDefaults()
@@ -114,16 +172,7 @@ std::optional<QVariantMap> UserDefaults::persistentDomainForName(const QString &
     auto pending = m_pending.constFind(name);
     if (pending != m_pending.cend())
         return *pending;
-
-    const QString path = fileNameForDomain(name);
-    if (!QFileInfo(path).isFile() || !QFileInfo(path).isReadable())
-        return std::nullopt;
-    QSettings settings(path, QSettings::IniFormat);
-    if (settings.status() != QSettings::NoError)
-        return std::nullopt;
-    QVariantMap domain;
-    readGroup(settings, domain);
-    return domain;
+    return readDomainFile(fileNameForDomain(name));
 }
 
 void UserDefaults::setPersistentDomain(const QVariantMap &domain, const QString &name)
@@ -136,8 +185,16 @@ void UserDefaults::setPersistentDomain(const QVariantMap &domain, const QString 
 bool UserDefaults::synchronize()
 {
     bool ok = true;
-    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it)
-        ok = writeDomainFile(fileNameForDomain(it.key()), it.value()) && ok;
+    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        const QString path = fileNameForDomain(it.key());
+        // A file that does not read as a domain may be the user's to repair.
+        if (QFileInfo::exists(path) && !readDomainFile(path)) {
+            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(path));
+            ok = false;
+            continue;
+        }
+        ok = writeDomainFile(path, it.value()) && ok;
+    }
     m_pending.clear();
     return ok;
 }

@@ -25,12 +25,14 @@ public:
     static void resetStandardUserDefaults();
     static std::shared_ptr<UserDefaults> standardUserDefaults();
 
-    // The domain, or nothing when it does not exist (or cannot be read).
+    // The domain, or nothing when it does not exist, cannot be read or is
+    // damaged (not text of groups and keys).
     std::optional<QVariantMap> persistentDomainForName(const QString &name) const;
     // Replaces the domain in memory; synchronize() writes it.
     void setPersistentDomain(const QVariantMap &domain, const QString &name);
-    // Writes every replaced domain. False when a file could not be written;
-    // the file then still holds its previous contents.
+    // Writes every replaced domain. False when a file could not be written,
+    // or when it exists but is damaged (it is then left alone); the file then
+    // still holds its previous contents.
     bool synchronize();
 
     static QString preferencesDirectory();
