@@ -1,0 +1,178 @@
+#include "host/CommandLine.h"
+
+#include <functional>
+#include <map>
+
+namespace pdeprint {
+
+namespace {
+
+const QStringList kSides { QStringLiteral("one-sided"), QStringLiteral("two-sided-long-edge"),
+                           QStringLiteral("two-sided-short-edge") };
+
+// "1-3,5,7-" style ranges of positive page numbers.
+bool isPageRanges(const QString &text)
+{
+    if (text.isEmpty())
+        return false;
+    for (const QString &range : text.split(QLatin1Char(','))) {
+        const QStringList ends = range.split(QLatin1Char('-'));
+        if (ends.size() > 2)
+            return false;
+        int previous = 0;
+        for (qsizetype i = 0; i < ends.size(); ++i) {
+            if (ends[i].isEmpty() && i == 1 && ends.size() == 2)
+                continue; // open end
+            bool ok = false;
+            const int page = ends[i].toInt(&ok);
+            if (!ok || page < 1 || page < previous)
+                return false;
+            previous = page;
+        }
+    }
+    return true;
+}
+
+bool splitPair(const QString &text, QString *name, QString *value)
+{
+    const qsizetype equals = text.indexOf(QLatin1Char('='));
+    if (equals <= 0)
+        return false;
+    *name = text.left(equals);
+    *value = text.mid(equals + 1);
+    return true;
+}
+
+} // namespace
+
+ParseResult parseCommandLine(const QStringList &arguments)
+{
+    Options options;
+    auto fail = [](const QString &why) { return ParseResult { std::nullopt, why }; };
+
+    using Flag = std::function<void()>;
+    const std::map<QString, Flag> flags {
+        { QStringLiteral("--no-dialog"), [&] { options.mode = DialogMode::Headless; } },
+        { QStringLiteral("--dialog"), [&] { options.mode = DialogMode::Dialog; } },
+        { QStringLiteral("--dry-run"), [&] { options.dryRun = true; } },
+        { QStringLiteral("--summary"), [&] { options.summary = true; } },
+        { QStringLiteral("--list-panels"), [&] { options.listPanels = true; } },
+        { QStringLiteral("--help"), [&] { options.help = true; } },
+        { QStringLiteral("-h"), [&] { options.help = true; } },
+        { QStringLiteral("--version"), [&] { options.version = true; } },
+    };
+    // Each answers an error text, empty when the value is good.
+    using Valued = std::function<QString(const QString &)>;
+    const std::map<QString, Valued> valued {
+        { QStringLiteral("--printer"), [&](const QString &v) { options.printer = v; return QString(); } },
+        { QStringLiteral("--ppd"), [&](const QString &v) { options.ppdFile = v; return QString(); } },
+        { QStringLiteral("--screenshot"), [&](const QString &v) { options.screenshot = v; return QString(); } },
+        { QStringLiteral("--plugins"), [&](const QString &v) { options.pluginFolders << v; return QString(); } },
+        { QStringLiteral("--click"), [&](const QString &v) {
+              options.actions.push_back({ ControlAction::Kind::Click, v, {} });
+              return QString();
+          } },
+        { QStringLiteral("--type"), [&](const QString &v) {
+              ControlAction action { ControlAction::Kind::Type, {}, {} };
+              if (!splitPair(v, &action.control, &action.text))
+                  return QStringLiteral("--type wants NAME=TEXT, not \"%1\"").arg(v);
+              options.actions.push_back(action);
+              return QString();
+          } },
+        { QStringLiteral("-o"), [&](const QString &v) {
+              QString name, value;
+              if (!splitPair(v, &name, &value))
+                  return QStringLiteral("-o wants NAME=VALUE, not \"%1\"").arg(v);
+              options.jobOptions.emplace_back(name, value);
+              return QString();
+          } },
+        { QStringLiteral("--copies"), [&](const QString &v) {
+              bool ok = false;
+              options.copies = v.toInt(&ok);
+              return ok && options.copies >= 1 && options.copies <= 9999
+                  ? QString() : QStringLiteral("--copies wants a number from 1 to 9999, not \"%1\"").arg(v);
+          } },
+        { QStringLiteral("--pages"), [&](const QString &v) {
+              options.pageRanges = v;
+              return isPageRanges(v) ? QString() : QStringLiteral("--pages wants ranges like 1-3,5, not \"%1\"").arg(v);
+          } },
+        { QStringLiteral("--sides"), [&](const QString &v) {
+              options.sides = v;
+              return kSides.contains(v) ? QString()
+                                        : QStringLiteral("--sides wants one of %1").arg(kSides.join(QStringLiteral(", ")));
+          } },
+    };
+
+    bool optionsEnded = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString &argument = arguments[i];
+        if (optionsEnded || !argument.startsWith(QLatin1Char('-')) || argument == QLatin1String("-")) {
+            options.files << argument;
+            continue;
+        }
+        if (argument == QLatin1String("--")) {
+            optionsEnded = true;
+            continue;
+        }
+        QString name = argument;
+        std::optional<QString> inlineValue;
+        if (argument.startsWith(QLatin1String("--")) && argument.contains(QLatin1Char('='))) {
+            name = argument.left(argument.indexOf(QLatin1Char('=')));
+            inlineValue = argument.mid(name.size() + 1);
+        }
+        if (auto flag = flags.find(name); flag != flags.end()) {
+            if (inlineValue)
+                return fail(QStringLiteral("%1 takes no value").arg(name));
+            flag->second();
+            continue;
+        }
+        auto option = valued.find(name);
+        if (option == valued.end())
+            return fail(QStringLiteral("unknown option %1 (see --help)").arg(name));
+        QString value;
+        if (inlineValue) {
+            value = *inlineValue;
+        } else if (i + 1 < arguments.size()) {
+            value = arguments[++i];
+        } else {
+            return fail(QStringLiteral("%1 needs a value").arg(name));
+        }
+        if (const QString error = option->second(value); !error.isEmpty())
+            return fail(error);
+    }
+
+    if (!options.help && !options.version && !options.listPanels && options.files.isEmpty())
+        return fail(QStringLiteral("no file to print (see --help)"));
+    if (options.files.contains(QStringLiteral("-")))
+        return fail(QStringLiteral("printing from standard input is not supported; name a file"));
+    return { options, {} };
+}
+
+QString usageText()
+{
+    return QStringLiteral(
+        "Usage: pdeprint [options] FILE...\n"
+        "Print files through a print dialog with panel plug-ins, or without one.\n"
+        "\n"
+        "  --printer NAME       CUPS queue (NAME or NAME/INSTANCE); default: the default queue\n"
+        "  --ppd FILE           use this PPD instead of the queue's\n"
+        "  --no-dialog          drive the panels without a window (default without a display)\n"
+        "  --dialog             show the print dialog even where it would not be the default\n"
+        "  --click NAME         click the panel control named NAME\n"
+        "  --type NAME=TEXT     type TEXT into the panel field named NAME\n"
+        "  -o NAME=VALUE        add a job option\n"
+        "  --copies N           number of copies\n"
+        "  --pages RANGES       pages to print, e.g. 1-3,5\n"
+        "  --sides SIDES        one-sided, two-sided-long-edge or two-sided-short-edge\n"
+        "  --dry-run            print the job's options, one name=value a line, and submit nothing\n"
+        "  --summary            print each panel's summary\n"
+        "  --list-panels        list the panels of the loaded plug-ins and exit\n"
+        "  --plugins DIR        look for panel plug-ins in DIR too\n"
+        "  --screenshot FILE    save a PNG of the dialog once shown, then cancel it\n"
+        "  --help, --version\n"
+        "\n"
+        "--click and --type are applied in the order given. Plug-ins are also found in\n"
+        "the folders of $PDEPRINT_PLUGIN_PATH (separated by ':').\n");
+}
+
+} // namespace pdeprint

@@ -1,0 +1,152 @@
+#include "host/DialogDriver.h"
+
+#include "host/ControlActions.h"
+#include "host/PanelSession.h"
+
+#include <QPageRanges>
+#include <QPixmap>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QTabWidget>
+#include <QTimer>
+#include <QWindow>
+
+#include <functional>
+
+namespace pdeprint {
+
+DialogDriver::DialogDriver(PanelSession &session, const QString &printerName, const Options &options)
+    : m_session(session)
+    , m_options(options)
+    , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
+{
+    if (!printerName.isEmpty())
+        m_printer->setPrinterName(printerName);
+    m_printer->setCopyCount(options.copies);
+    if (options.sides == QLatin1String("one-sided"))
+        m_printer->setDuplex(QPrinter::DuplexNone);
+    else if (options.sides == QLatin1String("two-sided-long-edge"))
+        m_printer->setDuplex(QPrinter::DuplexLongSide);
+    else if (options.sides == QLatin1String("two-sided-short-edge"))
+        m_printer->setDuplex(QPrinter::DuplexShortSide);
+    if (!options.pageRanges.isEmpty()) {
+        m_printer->setPrintRange(QPrinter::PageRange);
+        m_printer->setPageRanges(QPageRanges::fromString(options.pageRanges));
+    }
+}
+
+// The dialog owns the views it took; the session cleans up the others.
+DialogDriver::~DialogDriver() = default;
+
+void DialogDriver::prepare()
+{
+    if (m_dialog)
+        return;
+    m_session.open();
+    m_session.loadViews();
+    QList<QWidget *> tabs;
+    for (auto &entry : m_session.panels()) {
+        if (!entry.view)
+            continue;
+        entry.view->setWindowTitle(entry.name);
+        tabs << entry.view;
+    }
+    m_dialog = std::make_unique<QPrintDialog>(m_printer.get());
+    m_dialog->setOption(QAbstractPrintDialog::PrintPageRange, true);
+    m_dialog->setOptionTabs(tabs);
+    QObject::connect(m_dialog.get(), &QDialog::accepted, [this] { m_session.accept(); });
+}
+
+bool DialogDriver::selectPanelTab(const QString &panelName)
+{
+    if (!m_dialog)
+        return false;
+    for (QTabWidget *tabWidget : m_dialog->findChildren<QTabWidget *>()) {
+        for (int i = 0; i < tabWidget->count(); ++i) {
+            if (tabWidget->tabText(i) == panelName) {
+                tabWidget->setCurrentIndex(i);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+void DialogDriver::whenShown()
+{
+    m_session.showPanels();
+    QList<QWidget *> views;
+    for (auto &entry : m_session.panels()) {
+        views << entry.view;
+    }
+    // Controls live on tabs the user must bring forward first.
+    if (!m_options.actions.empty() || !m_options.screenshot.isEmpty()) {
+        if (!m_session.panels().empty())
+            selectPanelTab(m_session.panels().front().name);
+    }
+    QString error;
+    if (!applyControlActions(views, m_options.actions, true, &error)) {
+        m_runError = error;
+        m_dialog->reject();
+        return;
+    }
+    if (!m_options.screenshot.isEmpty()) {
+        if (!m_dialog->grab().save(m_options.screenshot, "PNG"))
+            m_runError = QStringLiteral("cannot save the screenshot to %1").arg(m_options.screenshot);
+        m_dialog->reject();
+    }
+}
+
+bool DialogDriver::exec(QString *error)
+{
+    prepare();
+    m_runError.clear();
+    // Once the window is on screen and painted, as a user would see it.
+    auto waited = std::make_shared<int>(0);
+    auto poll = std::make_shared<std::function<void()>>();
+    *poll = [this, waited, poll] {
+        QWindow *window = m_dialog->windowHandle();
+        if ((!window || !window->isExposed()) && ++*waited < 100) {
+            QTimer::singleShot(50, m_dialog.get(), *poll);
+            return;
+        }
+        QTimer::singleShot(100, m_dialog.get(), [this, poll] {
+            *poll = nullptr; // breaks the cycle of the lambda holding itself
+            whenShown();
+        });
+    };
+    QTimer::singleShot(0, m_dialog.get(), *poll);
+    const bool accepted = m_dialog->exec() == QDialog::Accepted;
+    if (!m_runError.isEmpty()) {
+        *error = m_runError;
+        return false;
+    }
+    return accepted && m_options.screenshot.isEmpty();
+}
+
+DialogSettings DialogDriver::dialogSettings() const
+{
+    DialogSettings settings;
+    settings.copies = m_printer->copyCount();
+    if (m_printer->printRange() == QPrinter::PageRange && !m_printer->pageRanges().isEmpty())
+        settings.pageRanges = m_printer->pageRanges().toString();
+    switch (m_printer->duplex()) {
+    case QPrinter::DuplexNone: settings.sides = QStringLiteral("one-sided"); break;
+    case QPrinter::DuplexLongSide: settings.sides = QStringLiteral("two-sided-long-edge"); break;
+    case QPrinter::DuplexShortSide: settings.sides = QStringLiteral("two-sided-short-edge"); break;
+    case QPrinter::DuplexAuto: break;
+    }
+    return settings;
+}
+
+QString DialogDriver::chosenPrinter() const
+{
+    return m_printer->printerName();
+}
+
+bool DialogDriver::printsToFile() const
+{
+    return !m_printer->outputFileName().isEmpty();
+}
+
+} // namespace pdeprint

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+#include "host/CommandLine.h"
+#include "host/JobOptions.h"
+
+class QPrintDialog;
+class QPrinter;
+
+namespace pdeprint {
+
+class PanelSession;
+
+// Qt's print dialog with one option tab per panel, titled by the panel's name.
+class DialogDriver
+{
+public:
+    DialogDriver(PanelSession &session, const QString &printerName, const Options &options);
+    ~DialogDriver();
+    DialogDriver(const DialogDriver &) = delete;
+    DialogDriver &operator=(const DialogDriver &) = delete;
+
+    // Opens the panels and builds the dialog with their tabs (not shown yet).
+    void prepare();
+    QPrintDialog *dialog() const { return m_dialog.get(); }
+    // Brings the tab of the named panel to the front.
+    bool selectPanelTab(const QString &panelName);
+
+    // Runs the dialog. True when the user accepted it; `error` is set when
+    // the run failed (a screenshot could not be saved, a control step failed).
+    bool exec(QString *error);
+
+    // What the user chose in the dialog.
+    DialogSettings dialogSettings() const;
+    QString chosenPrinter() const;
+    bool printsToFile() const;
+
+private:
+    void whenShown();
+
+    PanelSession &m_session;
+    Options m_options;
+    std::unique_ptr<QPrinter> m_printer;
+    std::unique_ptr<QPrintDialog> m_dialog;
+    QString m_runError;
+};
+
+} // namespace pdeprint

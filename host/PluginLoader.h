@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace pde {
+class Bundle;
+class PanelFactory;
+}
+
+namespace pdeprint {
+
+struct LoadedPlugin
+{
+    std::shared_ptr<pde::Bundle> bundle;
+    pde::PanelFactory *factory = nullptr; // the module's root object, owned by its loader
+    QString path;
+    // Preference domains the host creates per printer: "<prefix><printer id>".
+    QStringList preferenceDomainPrefixes;
+};
+
+// Folders searched for plug-ins, in order: the build tree's, the install
+// folder beside the executable, $PDEPRINT_PLUGIN_PATH, then `extraFolders`.
+// Folders that do not exist are left out.
+QStringList pluginSearchPath(const QStringList &extraFolders);
+
+// Loads every panel plug-in ("*.so") of the folders and initialises its
+// factory. A module that is not a panel plug-in is skipped with a warning in
+// `warnings`; one bundle identifier is loaded once, from the first folder.
+std::vector<LoadedPlugin> loadPlugins(const QStringList &folders, QStringList *warnings);
+
+} // namespace pdeprint

@@ -1,0 +1,58 @@
+// pdeprint: prints files through a print dialog with panel plug-ins, or
+// drives the same panels without a window.
+
+#include "host/CommandLine.h"
+#include "host/PrintCommand.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+namespace {
+
+QtMessageHandler defaultMessageHandler = nullptr;
+
+// Qt's note about a missing runtime folder is noise on a headless machine and
+// would break "one line per error" on stderr.
+void messageHandler(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtWarningMsg && message.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        return;
+    defaultMessageHandler(type, context, message);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    const pdeprint::ParseResult parsed = pdeprint::parseCommandLine(arguments);
+    if (!parsed.options) {
+        err << "pdeprint: " << parsed.error << Qt::endl;
+        return pdeprint::kExitUsage;
+    }
+    const pdeprint::Options &options = *parsed.options;
+    if (options.help) {
+        out << pdeprint::usageText();
+        return pdeprint::kExitOk;
+    }
+    if (options.version) {
+        out << "pdeprint " PDEPRINT_VERSION "\n";
+        return pdeprint::kExitOk;
+    }
+    // Without a window there is no need for a display, nor a failure without one.
+    if (!pdeprint::wantsDialog(options) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+
+    defaultMessageHandler = qInstallMessageHandler(messageHandler);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pdeprint"));
+    QApplication::setApplicationVersion(QStringLiteral(PDEPRINT_VERSION));
+    return pdeprint::runPrintCommand(options, out, err);
+}
