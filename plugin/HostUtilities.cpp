@@ -82,9 +82,27 @@ bool runningOnLeopardOrLater()
     return major > 10 || (major == 10 && minor > 4);
 }
 
+namespace {
+
+// The LanguageEncoding as the file states it. libcups answers "UTF-8" in
+// lang_encoding for every file that has one (it converts option texts), but
+// keeps the ModelName in the file's own encoding, and the attribute as written.
+const char *languageEncodingOf(const ppd_file_t *ppd)
+{
+    for (int i = 0; i < ppd->num_attrs && ppd->attrs; ++i) {
+        const ppd_attr_t *attr = ppd->attrs[i];
+        if (attr && std::strcmp(attr->name, "LanguageEncoding") == 0)
+            return attr->value;
+    }
+    return ppd->lang_encoding;
+}
+
+} // namespace
+
 pde::StringEncoding getEncodingFromPPD(const ppd_file_t *ppd)
 {
-    if (!ppd || !ppd->lang_encoding)
+    const char *languageEncoding = ppd ? languageEncodingOf(ppd) : nullptr;
+    if (!languageEncoding)
         return pde::kStringEncodingMacRoman;
     static const struct { const char *name; pde::StringEncoding encoding; } table[] = {
         { "ISOLatin1", pde::kStringEncodingISOLatin1 },
@@ -94,7 +112,7 @@ pde::StringEncoding getEncodingFromPPD(const ppd_file_t *ppd)
         { "UTF8", pde::kStringEncodingUTF8 },
     };
     for (const auto &entry : table) {
-        if (std::strcmp(ppd->lang_encoding, entry.name) == 0)
+        if (std::strcmp(languageEncoding, entry.name) == 0)
             return entry.encoding;
     }
     return pde::kStringEncodingMacRoman;

@@ -23,7 +23,8 @@ public:
 
     // The choice's text in `encoding`, made on the first request that
     // succeeds and then kept whatever encoding later requests name. Null
-    // while it cannot be made.
+    // while it cannot be made. libcups hands choice texts over in UTF-8,
+    // whatever the file's LanguageEncoding.
     QString userTitle(pde::StringEncoding encoding);
     // The choice's keyword, in ASCII.
     QString ppdTitle();
