@@ -53,6 +53,7 @@ void FormatterValidator::remember()
 {
     if (!m_field)
         return;
+    m_replacing = false;
     m_text = m_field->text();
     if (m_field->hasSelectedText())
         m_selection = { m_field->selectionStart(), m_field->selectionLength() };
@@ -63,6 +64,8 @@ void FormatterValidator::remember()
 QValidator::State FormatterValidator::validate(QString &input, int &pos) const
 {
     if (m_settingText || !m_formatter || input == m_text)
+        return Acceptable;
+    if (m_replacing && input == m_replacement)
         return Acceptable;
 
     QString partial = input;
@@ -89,6 +92,8 @@ QValidator::State FormatterValidator::validate(QString &input, int &pos) const
     // the field has taken the new text.
     input = partial;
     pos = int(selection.location + selection.length);
+    m_replacement = partial;
+    m_replacing = true;
     QMetaObject::invokeMethod(
         const_cast<FormatterValidator *>(this),
         [field, selection] {

@@ -38,6 +38,10 @@ private:
     QString m_text;
     TextRange m_selection;
     mutable bool m_settingText = false;
+    // The replacement just handed to the field, which the field validates
+    // once more before taking it.
+    mutable QString m_replacement;
+    mutable bool m_replacing = false;
 };
 
 } // namespace pde
