@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTimer>
 #include <QWindow>
@@ -65,11 +66,24 @@ bool DialogDriver::selectPanelTab(const QString &panelName)
         for (int i = 0; i < tabWidget->count(); ++i) {
             if (tabWidget->tabText(i) == panelName) {
                 tabWidget->setCurrentIndex(i);
+                if (!tabWidget->isVisible())
+                    expandOptions();
                 return true;
             }
         }
     }
     return false;
+}
+
+// The dialog keeps its option tabs folded away behind an "Options >>" button.
+void DialogDriver::expandOptions()
+{
+    for (QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
+        if (button->isVisible() && button->text().contains(QLatin1String(">>"))) {
+            button->click();
+            return;
+        }
+    }
 }
 
 void DialogDriver::whenShown()

@@ -40,6 +40,7 @@ public:
 
 private:
     void whenShown();
+    void expandOptions();
 
     PanelSession &m_session;
     Options m_options;

@@ -161,7 +161,8 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
         if (!driver->exec(&error)) {
             if (!error.isEmpty())
                 return fail(error);
-            return kExitCancelled;
+            // A screenshot run cancels the dialog on purpose.
+            return options.screenshot.isEmpty() ? kExitCancelled : kExitOk;
         }
         if (driver->printsToFile())
             return fail(QStringLiteral("printing to a file is not supported; choose a printer"));

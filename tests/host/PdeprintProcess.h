@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+namespace hosttest {
+
+struct RunResult
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+};
+
+// Runs the built pdeprint with the arguments, headless unless `environment`
+// says otherwise, with no standard input.
+RunResult runPdeprint(const QStringList &arguments, QProcessEnvironment environment);
+
+// The environment of this test with a private preferences folder `configHome`.
+QProcessEnvironment testEnvironment(const QString &configHome);
+
+QString samplePpd();
+QString sampleText();
+
+} // namespace hosttest
