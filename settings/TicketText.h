@@ -22,7 +22,9 @@ int GetSpoolTime(char *buffer, const QDateTime &instant);
 // Upper-case hexadecimal text of `count` bytes, two digits a byte, terminated.
 void myitoa(const unsigned char *source, char *destination, uint32_t count);
 // The bytes of `length` hexadecimal digits, and a terminating zero byte. No
-// validation: other characters decode to wrong bytes.
+// validation: other characters decode to wrong bytes, and an odd last digit
+// is paired with a zero byte (the text's terminator); nothing past `length`
+// is read.
 void myatoi(const char *source, unsigned char *destination, uint32_t length);
 
 // Stores an ASCII value under the key; an empty or missing value removes it.
