@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <ostream>
+
 namespace hosttest {
 
 struct RunResult
@@ -24,3 +26,9 @@ QString samplePpd();
 QString sampleText();
 
 } // namespace hosttest
+
+// Readable strings in test failure messages.
+inline void PrintTo(const QString &text, std::ostream *os)
+{
+    *os << '"' << text.toStdString() << '"';
+}
