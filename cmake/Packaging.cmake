@@ -1,7 +1,8 @@
-# The Debian package of pdeprint and its plug-ins. Included before
-# GNUInstallDirs so that plug-ins go to the multiarch library folder.
-if(NOT DEFINED CMAKE_INSTALL_LIBDIR AND CMAKE_LIBRARY_ARCHITECTURE)
-  set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "Object code libraries (lib)")
+# The Debian package of pdeprint and its plug-ins. Included before the
+# project's own GNUInstallDirs so that plug-ins go to the multiarch library
+# folder; Qt's package files have already set the plain "lib" by then.
+if(CMAKE_LIBRARY_ARCHITECTURE AND (NOT DEFINED CMAKE_INSTALL_LIBDIR OR CMAKE_INSTALL_LIBDIR STREQUAL "lib"))
+  set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "Object code libraries" FORCE)
 endif()
 
 set(CPACK_GENERATOR "DEB")
@@ -16,7 +17,6 @@ set(CPACK_DEBIAN_PACKAGE_SECTION "utils")
 # Library dependencies (libqt6*, libcups2, libssl3, libstdc++) come from the
 # binaries themselves.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libcups2")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cups-client")
 set(CPACK_STRIP_FILES ON)
 include(CPack)
