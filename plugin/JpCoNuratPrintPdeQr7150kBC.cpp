@@ -10,12 +10,12 @@
 #include "platform/StringEncoding.h"
 #include "plugin/HostUtilities.h"
 #include "plugin/Trace.h"
+#include "prefs/PreferenceKeys.h"
 
 namespace {
 
 constexpr char kPanelNameKey[] = "Billing Code";
 constexpr char kPanelKind[] = "jp.co.nurat.print.pde.qr7150k.BillingCodeKind";
-constexpr char kPreferenceDomainPrefix[] = "jp.co.nurat.mfp.";
 constexpr char kViewDescription[] = "BillingCode";
 
 const char *yesNo(bool value)
