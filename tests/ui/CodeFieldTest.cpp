@@ -73,6 +73,7 @@ TEST_F(CodeFieldTest, EditsAreLimitedByLengthOnly)
         { "all selected, deleted", repeated("a", 32), 0, 32, Edit::Backspace, "", "", 0, 0 },
         { "40 pasted into empty", "", 0, 0, Edit::Paste, forty, forty.left(32), 0, 32 },
         { "40 pasted before 10", repeated("x", 10), 0, 0, Edit::Paste, forty, forty.left(32), 0, 32 },
+        { "40 pasted before 32", repeated("x", 32), 0, 0, Edit::Paste, forty, forty.left(32), 0, 32 },
         { "20 pasted before 20", repeated("x", 20), 0, 0, Edit::Paste, repeated("p", 20),
           repeated("p", 20) + repeated("x", 20), 20, 0 },
         { "overlong field, deleting inside", repeated("x", 40), 10, 0, Edit::Backspace, "", repeated("x", 39), 9, 0 },
