@@ -2,7 +2,9 @@
 
 #include "platform/FormatterValidator.h"
 
+#include <QHash>
 #include <QLineEdit>
+#include <QMutex>
 #include <QPalette>
 
 namespace pde {
@@ -79,6 +81,17 @@ void makeFirstResponder(QWidget *widget, QWidget *responder)
     window->setFocus(Qt::OtherFocusReason);
 }
 
+namespace {
+
+// One icon a type code for the whole process: the pixmaps an icon renders
+// are cached under the icon's identity, so a new icon for every panel would
+// fill the pixmap cache with copies of the same two padlocks.
+using IconCache = QHash<quint32, QIcon>;
+Q_GLOBAL_STATIC(IconCache, iconCache)
+Q_GLOBAL_STATIC(QMutex, iconCacheMutex)
+
+} // namespace
+
 QIcon iconForTypeCode(quint32 code)
 {
     struct Entry { quint32 code; const char *themeName; const char *fallback; };
@@ -86,10 +99,17 @@ QIcon iconForTypeCode(quint32 code)
         { typeCode("ulck"), "changes-allow", ":/pde/icons/changes-allow.png" },
         { typeCode("lock"), "changes-prevent", ":/pde/icons/changes-prevent.png" },
     };
+    QMutexLocker lock(iconCacheMutex());
+    auto cached = iconCache()->constFind(code);
+    if (cached != iconCache()->cend())
+        return *cached;
     for (const Entry &entry : entries) {
-        if (entry.code == code)
-            return QIcon::fromTheme(QString::fromLatin1(entry.themeName),
-                                    QIcon(QString::fromLatin1(entry.fallback)));
+        if (entry.code != code)
+            continue;
+        const QIcon icon = QIcon::fromTheme(QString::fromLatin1(entry.themeName),
+                                            QIcon(QString::fromLatin1(entry.fallback)));
+        iconCache()->insert(code, icon);
+        return icon;
     }
     return QIcon();
 }

@@ -22,7 +22,8 @@
 #define PDE_ASAN 1
 #endif
 #ifdef PDE_ASAN
-#include <sanitizer/allocator_interface.h>
+// From the sanitizer runtime; g++ ships no header for it.
+extern "C" size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
 namespace {
