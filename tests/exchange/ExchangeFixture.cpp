@@ -8,6 +8,16 @@
 
 namespace exchangetest {
 
+void PanelOnSamplePrinter::SetUp()
+{
+    writeDomain(std::nullopt);
+    ppd = pdetest::openPpd(pdetest::samplePpdPath());
+    ASSERT_TRUE(ppd);
+    callback = std::make_shared<RecordingCallback>(ppd.get(), QString::fromLatin1(kPrinter));
+    panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(callback);
+    ASSERT_TRUE(panel->panelView());
+}
+
 void writeDomain(const std::optional<QVariantMap> &domain)
 {
     pde::UserDefaults::resetStandardUserDefaults();

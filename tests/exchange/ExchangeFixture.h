@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariantMap>
 
+#include <gtest/gtest.h>
+
 #include <memory>
 #include <optional>
 #include <utility>
@@ -47,6 +49,18 @@ public:
 inline constexpr char kPrinter[] = "office";
 inline constexpr char kDomain[] = "jp.co.nurat.mfp.office";
 inline constexpr char kModel[] = "Nurat QR7150K";
+
+// A panel with its view on the sample printer, whose queue has no
+// preferences domain, and recording print settings.
+class PanelOnSamplePrinter : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+
+    pdetest::PpdPtr ppd;
+    std::shared_ptr<RecordingCallback> callback;
+    std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panel;
+};
 
 // Writes a domain file, or removes it for nothing.
 void writeDomain(const std::optional<QVariantMap> &domain);

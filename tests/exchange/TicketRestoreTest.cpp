@@ -14,19 +14,9 @@ namespace {
 
 const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
-class TicketRestore : public ::testing::Test
+class TicketRestore : public PanelOnSamplePrinter
 {
 protected:
-    void SetUp() override
-    {
-        writeDomain(std::nullopt);
-        ppd = pdetest::openPpd(pdetest::samplePpdPath());
-        ASSERT_TRUE(ppd);
-        callback = std::make_shared<RecordingCallback>(ppd.get(), QString::fromLatin1(kPrinter));
-        panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(callback);
-        ASSERT_TRUE(panel->panelView());
-    }
-
     void setTicket(const QMap<QString, QString> &values)
     {
         for (const QString &key : callback->recording.keys())
@@ -36,10 +26,6 @@ protected:
     }
 
     int state(QAbstractButton *button) const { return pde::buttonState(button); }
-
-    pdetest::PpdPtr ppd;
-    std::shared_ptr<RecordingCallback> callback;
-    std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panel;
 };
 
 struct TicketCase

@@ -20,19 +20,9 @@ const QString kSubCode = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.subC
 const QString kSubCode2 = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.subCode2");
 const QString kHold = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.holdButton");
 
-class TicketSave : public ::testing::Test
+class TicketSave : public PanelOnSamplePrinter
 {
 protected:
-    void SetUp() override
-    {
-        writeDomain(std::nullopt);
-        ppd = pdetest::openPpd(pdetest::samplePpdPath());
-        ASSERT_TRUE(ppd);
-        callback = std::make_shared<RecordingCallback>(ppd.get(), QString::fromLatin1(kPrinter));
-        panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(callback);
-        ASSERT_TRUE(panel->panelView());
-    }
-
     void setControls(bool mainOn, const QString &mainText, bool subOn, const QString &subText, int hold)
     {
         pde::setButtonState(panel->mainCodeCB, mainOn);
@@ -43,10 +33,6 @@ protected:
     }
 
     std::optional<QString> ticket(const QString &key) const { return callback->recording.value(key); }
-
-    pdetest::PpdPtr ppd;
-    std::shared_ptr<RecordingCallback> callback;
-    std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panel;
 };
 
 TEST_F(TicketSave, WritesEveryKeyInItsOrderAndTheStampOnlyOnce)

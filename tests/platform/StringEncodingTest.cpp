@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 using namespace pde;
@@ -27,6 +29,12 @@ struct RoundTrip
     const char16_t *text;
     QByteArray bytes;
 };
+
+// Test names stay readable (and stable) in ctest's listing.
+void PrintTo(const RoundTrip &c, std::ostream *os)
+{
+    *os << "encoding " << c.encoding;
+}
 
 class StringEncodingRoundTrip : public ::testing::TestWithParam<RoundTrip>
 {
@@ -62,6 +70,11 @@ struct Truncation
     qsizetype characters;
     QByteArray bytes;
 };
+
+void PrintTo(const Truncation &c, std::ostream *os)
+{
+    *os << c.name;
+}
 
 class StringEncodingTruncation : public ::testing::TestWithParam<Truncation>
 {
