@@ -1,0 +1,189 @@
+// What the plug-in costs a host process: loading the module cold beside
+// loading one of Qt's own plug-ins, and a whole headless pdeprint run beside
+// the same program's start-up without a QApplication.
+
+#include "platform/Bundle.h"
+#include "platform/DialogTypes.h"
+#include "platform/PanelFactory.h"
+#include "tests/support/TestSupport.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLibraryInfo>
+#include <QPluginLoader>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+// The benchmark library keeps the pointer of an error text, not a copy.
+void skipWithError(benchmark::State &state, const QString &why)
+{
+    static std::string message;
+    message = why.toStdString();
+    state.SkipWithError(message.c_str());
+}
+
+QString ourModule()
+{
+    return pdetest::pluginBuildDirectory() + QStringLiteral("/billingcode.so");
+}
+
+// The lightest of Qt's plug-ins: no library of its own beyond QtGui.
+QString qtImagePlugin()
+{
+    return QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/imageformats/libqgif.so");
+}
+
+// --- cold loads ---------------------------------------------------------------
+
+// A module cannot be loaded cold twice in one process: ours stays mapped after
+// unload() (its C++ symbols are process-unique), so each load is timed in a
+// child process of its own, started as the host is (a QApplication, the same
+// libraries linked), from just before the load to just after the last step.
+enum class LoadSteps { RootObject, HostRoad };
+
+qint64 loadOnceInChild(const QString &path, LoadSteps steps)
+{
+    QElapsedTimer timer;
+    if (steps == LoadSteps::RootObject) {
+        timer.start();
+        QPluginLoader loader(path);
+        if (!loader.instance())
+            return -1;
+        return timer.nsecsElapsed();
+    }
+    const auto ppd = pdetest::openPpd(pdetest::samplePpdPath());
+    auto host = std::make_shared<pdetest::ConstraintTestCallback>(ppd.get());
+    timer.start();
+    QString error;
+    const auto bundle = pde::Bundle::loadPlugIn(path, &error);
+    auto *factory = bundle ? qobject_cast<pde::PanelFactory *>(bundle->principalObject()) : nullptr;
+    if (!factory || !factory->initWithBundle(bundle.get()))
+        return -1;
+    const auto panels = factory->PDEPanelsForType(QString::fromLatin1(pde::kPrintDialogType), host);
+    if (!panels || panels->size() != 1)
+        return -1;
+    return timer.nsecsElapsed();
+}
+
+constexpr char kChildOption[] = "--load-once-in-child";
+
+void loadInChild(benchmark::State &state, const QString &path, LoadSteps steps)
+{
+    const QStringList arguments { QString::fromLatin1(kChildOption), path, QString::number(int(steps)) };
+    for (auto _ : state) {
+        QProcess child;
+        child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        child.start(QCoreApplication::applicationFilePath(), arguments);
+        bool ok = false;
+        const qint64 nanoseconds =
+            child.waitForFinished(60000) ? child.readAllStandardOutput().trimmed().toLongLong(&ok) : -1;
+        if (!ok || nanoseconds < 0) {
+            skipWithError(state, path + QStringLiteral(": the child could not load it"));
+            return;
+        }
+        state.SetIterationTime(double(nanoseconds) / 1e9);
+    }
+}
+
+// --- whole processes ----------------------------------------------------------
+
+QString pdeprint()
+{
+    return QStringLiteral(PDEBENCH_PDEPRINT);
+}
+
+QStringList dryRunArguments()
+{
+    return { QStringLiteral("--no-dialog"), QStringLiteral("--dry-run"),
+             QStringLiteral("--ppd"), pdetest::examplePath(QStringLiteral("nurat-qr7150k.ppd")),
+             QStringLiteral("--printer"), QStringLiteral("demo"),
+             QStringLiteral("--click"), QStringLiteral("mainCodeCB"),
+             QStringLiteral("--type"), QStringLiteral("mainCodeText=1234"),
+             pdetest::examplePath(QStringLiteral("sample.txt")) };
+}
+
+double childCpuSeconds()
+{
+    rusage usage {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec)
+        + double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+// Runs pdeprint to its end each iteration; the wall time is the figure, the
+// child's CPU time per run is a counter.
+void runPdeprint(benchmark::State &state, const QStringList &arguments)
+{
+    const double cpuBefore = childCpuSeconds();
+    for (auto _ : state) {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(pdeprint(), arguments);
+        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+            skipWithError(state, QStringLiteral("pdeprint failed: ") + arguments.join(QLatin1Char(' ')));
+            return;
+        }
+        benchmark::DoNotOptimize(process.readAllStandardOutput());
+    }
+    state.counters["child_cpu_ms"] =
+        benchmark::Counter((childCpuSeconds() - cpuBefore) * 1e3, benchmark::Counter::kAvgIterations);
+}
+
+void pdeprintVersion(benchmark::State &state)
+{
+    runPdeprint(state, { QStringLiteral("--version") });
+}
+
+void pdeprintDryRun(benchmark::State &state)
+{
+    runPdeprint(state, dryRunArguments());
+}
+
+} // namespace
+
+// Each child costs a process start; the manual time is the load's alone.
+constexpr int kChildren = 40;
+BENCHMARK_CAPTURE(loadInChild, ours, ourModule(), LoadSteps::RootObject)
+    ->Name("cold_load/billingcode.so,root_object")
+    ->UseManualTime()->Iterations(kChildren)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(loadInChild, host_road, ourModule(), LoadSteps::HostRoad)
+    ->Name("cold_load/billingcode.so,loadPlugIn+initWithBundle+PDEPanelsForType")
+    ->UseManualTime()->Iterations(kChildren)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(loadInChild, qt, qtImagePlugin(), LoadSteps::RootObject)
+    ->Name("cold_load/ref:qt_imageformats_libqgif.so,root_object")
+    ->UseManualTime()->Iterations(kChildren)->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(pdeprintDryRun)->Name("process/pdeprint_dry_run")->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(pdeprintVersion)->Name("process/ref:pdeprint_--version")->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// A QApplication for the plug-ins, and private preferences for the panels and
+// for the pdeprint processes, which inherit the environment.
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir config;
+    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    QTemporaryDir runtime; // private (0700), as Qt wants it; saves a warning a process
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    QApplication app(argc, argv);
+    if (argc == 4 && QLatin1String(argv[1]) == QLatin1String(kChildOption)) {
+        const qint64 nanoseconds = loadOnceInChild(QString::fromLocal8Bit(argv[2]), LoadSteps(atoi(argv[3])));
+        printf("%lld\n", static_cast<long long>(nanoseconds));
+        return nanoseconds < 0 ? 1 : 0;
+    }
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
