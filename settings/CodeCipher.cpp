@@ -57,6 +57,16 @@ const unsigned char pr2six[256] = {
     64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64, 64,
 };
 
+// A schedule of the fixed key, built from a copy of it local to the call.
+static AES_KEY fixedKeySchedule(int (*makeSchedule)(const unsigned char *, const int, AES_KEY *))
+{
+    unsigned char key[sizeof my_aes_key];
+    memcpy(key, my_aes_key, sizeof key);
+    AES_KEY schedule;
+    makeSchedule(key, kKeyBits, &schedule);
+    return schedule;
+}
+
 void my_aes_encrypt2(const unsigned char *plaintext, const unsigned char *keyString, unsigned char *output,
                      size_t outputSize)
 {
@@ -83,10 +93,7 @@ void my_aes_encrypt(unsigned char *plaintext, unsigned char *output, size_t outp
         return;
     output[0] = '\0';
 
-    unsigned char key[sizeof my_aes_key];
-    memcpy(key, my_aes_key, sizeof key);
-    AES_KEY schedule;
-    AES_set_encrypt_key(key, kKeyBits, &schedule);
+    const AES_KEY schedule = fixedKeySchedule(AES_set_encrypt_key);
     encryptBlocks(plaintext, &schedule, output);
 
     // Rewrites the terminator in place: the plaintext must be writable.
@@ -101,10 +108,7 @@ void my_aes_decrypt(unsigned char *cipherText, size_t length, unsigned char *out
     // An empty cipher text decrypts to the empty string.
     output[0] = '\0';
 
-    unsigned char key[sizeof my_aes_key];
-    memcpy(key, my_aes_key, sizeof key);
-    AES_KEY schedule;
-    AES_set_decrypt_key(key, kKeyBits, &schedule);
+    const AES_KEY schedule = fixedKeySchedule(AES_set_decrypt_key);
 
     size_t remaining = length;
     size_t offset = 0;
