@@ -18,17 +18,27 @@ namespace {
 QMutex sharedMutex;
 std::shared_ptr<UserDefaults> sharedDefaults;
 
-void readGroup(QSettings &settings, QVariantMap &into)
+// Dictionaries nest this deep at most; a file that nests deeper is not ours.
+constexpr int kMaxGroupDepth = 8;
+
+bool readGroup(QSettings &settings, QVariantMap &into, int depth = 0)
 {
     for (const QString &key : settings.childKeys())
         into.insert(key, settings.value(key));
     for (const QString &group : settings.childGroups()) {
+        // A key that begins with "/" names an empty group, which is the
+        // group itself: descending into it would never end.
+        if (group.isEmpty() || depth >= kMaxGroupDepth)
+            return false;
         settings.beginGroup(group);
         QVariantMap child;
-        readGroup(settings, child);
+        const bool ok = readGroup(settings, child, depth + 1);
         settings.endGroup();
+        if (!ok)
+            return false;
         into.insert(group, child);
     }
+    return true;
 }
 
 void writeGroup(QSettings &settings, const QVariantMap &map)
@@ -126,8 +136,7 @@ std::optional<QVariantMap> readDomainFile(const QString &path)
     if (settings.status() != QSettings::NoError)
         return std::nullopt;
     QVariantMap domain;
-    readGroup(settings, domain);
-    if (!allValuesValid(domain))
+    if (!readGroup(settings, domain) || !allValuesValid(domain))
         return std::nullopt;
     return domain;
 }
