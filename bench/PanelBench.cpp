@@ -131,6 +131,21 @@ void bareView(benchmark::State &state)
     }
 }
 
+// As the bundle loads a view: the description opened from the resources and a
+// loader made for each view, but no owner, outlets, actions or panel.
+void bareViewFreshLoader(benchmark::State &state)
+{
+    const QString path = QStringLiteral(":/jp.co.nurat.print.pde.qr7150k/BillingCode.ui");
+    for (auto _ : state) {
+        QFile description(path);
+        description.open(QIODevice::ReadOnly);
+        QUiLoader loader;
+        QWidget *view = loader.load(&description);
+        benchmark::DoNotOptimize(view);
+        delete view;
+    }
+}
+
 // --- restore ----------------------------------------------------------------
 
 void panelRestore(benchmark::State &state)
@@ -261,6 +276,8 @@ void bareSettingsWrite(benchmark::State &state)
 BENCHMARK(panelWithView)->Name("create+panelView/panel,no_domain")->Arg(0)->Unit(benchmark::kMicrosecond);
 BENCHMARK(panelWithView)->Name("create+panelView/panel,domain")->Arg(1)->Unit(benchmark::kMicrosecond);
 BENCHMARK(bareView)->Name("create+panelView/ref:QUiLoader_same_ui")->Unit(benchmark::kMicrosecond);
+BENCHMARK(bareViewFreshLoader)->Name("create+panelView/ref:QUiLoader_same_ui,new_loader_and_file")
+    ->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(panelRestore)->Name("restore/panel,full_ticket")->Unit(benchmark::kMicrosecond);
 BENCHMARK(readTicketKeys)->Name("restore/ref:read_8_keys")->Unit(benchmark::kMicrosecond);
