@@ -1,63 +1,52 @@
-// Bad input: one line on stderr, a non-zero exit, nothing printed or sent.
+// Bad input: one line on stderr, a non-zero exit, nothing printed or sent; and
+// what a good dry run prints instead.
 
 #include "tests/host/PdeprintProcess.h"
-
-#include <QTemporaryDir>
+#include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 using namespace hosttest;
 
+namespace {
+
+// No scheduler here: nothing can be sent, and a run that needs one must say so.
+const QStringList kDryRun { "--no-dialog", "--dry-run", "--ppd", pdetest::samplePpdPath(), "--printer", "demo" };
+
+} // namespace
+
 TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 {
-    QTemporaryDir config;
-    const QStringList dryRun { "--no-dialog", "--dry-run", "--ppd", samplePpd(), "--printer", "demo" };
-    struct Case
-    {
-        const char *what;
-        QStringList arguments;
-        const char *reasonPart;
+    qputenv("CUPS_SERVER", "127.0.0.1:1");
+    const std::pair<QStringList, const char *> cases[] = {
+        { { "--colour", sampleText() }, "unknown option --colour" },
+        { { "--no-dialog", "--dry-run", "--ppd", sampleText(), "--printer", "demo", sampleText() }, "not a readable PPD" },
+        { kDryRun + QStringList { "--click", "printButton", sampleText() }, "printButton" },
+        { kDryRun + QStringList { "--type", "mainCodeCB=12", sampleText() }, "not a text field" },
+        { kDryRun + QStringList { "--click", "mainCodeText", sampleText() }, "not a button" },
+        { kDryRun + QStringList { QStringLiteral(PDEPRINT_EXECUTABLE) }, "cannot be printed" },
+        { { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
+        { kDryRun + QStringList { "--screenshot", "x.png", sampleText() }, "needs the dialog" },
     };
-    const Case cases[] = {
-        { "unknown option", QStringList { "--colour", sampleText() }, "unknown option --colour" },
-        { "unreadable PPD", QStringList { "--no-dialog", "--dry-run", "--ppd", sampleText(), "--printer", "demo",
-                                          sampleText() }, "not a readable PPD" },
-        { "missing PPD", QStringList { "--no-dialog", "--dry-run", "--ppd", config.filePath("none.ppd"), "--printer",
-                                       "demo", sampleText() }, "not a readable PPD" },
-        { "unknown control", dryRun + QStringList { "--click", "printButton", sampleText() }, "printButton" },
-        { "text for a button", dryRun + QStringList { "--type", "mainCodeCB=12", sampleText() },
-          "not a text field" },
-        { "click on a field", dryRun + QStringList { "--click", "mainCodeText", sampleText() }, "not a button" },
-        { "missing file", dryRun + QStringList { config.filePath("gone.txt") }, "no such file" },
-        { "non-printable file", dryRun + QStringList { QStringLiteral(PDEPRINT_EXECUTABLE) }, "cannot be printed" },
-        { "no CUPS server", QStringList { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
-        { "no server for the queue's PPD", QStringList { "--no-dialog", "--dry-run", "--printer", "demo",
-                                                         sampleText() }, "CUPS server" },
-        { "screenshot without dialog", dryRun + QStringList { "--screenshot", config.filePath("x.png"), sampleText() },
-          "needs the dialog" },
-    };
-    for (const Case &c : cases) {
-        const RunResult result = runPdeprint(c.arguments, testEnvironment(config.path()));
-        EXPECT_GT(result.exitCode, 0) << c.what;
-        EXPECT_TRUE(result.out.isEmpty()) << c.what << ": " << qPrintable(result.out);
-        EXPECT_EQ(result.err.count(QLatin1Char('\n')), 1) << c.what << ": " << qPrintable(result.err);
-        EXPECT_TRUE(result.err.startsWith("pdeprint: ")) << c.what;
-        EXPECT_TRUE(result.err.contains(QString::fromUtf8(c.reasonPart))) << c.what << ": " << qPrintable(result.err);
+    for (const auto &[arguments, reasonPart] : cases) {
+        const RunResult result = runPdeprint(arguments);
+        EXPECT_GT(result.exitCode, 0) << reasonPart;
+        EXPECT_TRUE(result.out.isEmpty()) << reasonPart << ": " << qPrintable(result.out);
+        EXPECT_EQ(result.err.count('\n'), 1) << qPrintable(result.err);
+        EXPECT_TRUE(result.err.startsWith("pdeprint: ") && result.err.contains(reasonPart))
+            << qPrintable(result.err);
     }
 }
 
 TEST(ErrorPaths, DryRunPrintsSortedOptionsAndTheSummary)
 {
-    QTemporaryDir config;
-    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--summary", "--ppd", samplePpd(), "--printer",
-                                           "demo", "-o", "media=A4", "--copies", "2", "--click", "mainCodeCB", "--type",
-                                           "mainCodeText=1234", sampleText() },
-                                         testEnvironment(config.path()));
+    const RunResult result = runPdeprint(kDryRun + QStringList { "--summary", "-o", "media=A4", "--copies", "2", "--click",
+                                                                 "mainCodeCB", "--type", "mainCodeText=1234",
+                                                                 sampleText() });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 1234")) << qPrintable(result.out);
-    EXPECT_TRUE(lines.contains("copies=2"));
-    EXPECT_TRUE(lines.contains("media=A4"));
+    EXPECT_TRUE(lines.contains("copies=2") && lines.contains("media=A4")) << qPrintable(result.out);
     QStringList names;
     for (const QString &line : lines) {
         EXPECT_TRUE(line.contains('=')) << qPrintable(line);

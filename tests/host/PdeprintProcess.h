@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QProcessEnvironment>
+#include <QProcess>
 #include <QString>
 #include <QStringList>
 
@@ -15,15 +15,22 @@ struct RunResult
     QString err;
 };
 
-// Runs the built pdeprint with the arguments, headless unless `environment`
-// says otherwise, with no standard input.
-RunResult runPdeprint(const QStringList &arguments, QProcessEnvironment environment);
+// Runs the built pdeprint with no standard input; it inherits this process's
+// environment, so the test's preferences folder, CUPS_SERVER and display.
+inline RunResult runPdeprint(const QStringList &arguments)
+{
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(QStringLiteral(PDEPRINT_EXECUTABLE), arguments);
+    const bool finished = process.waitForFinished(60000);
+    return { finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+             QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError()) };
+}
 
-// The environment of this test with a private preferences folder `configHome`.
-QProcessEnvironment testEnvironment(const QString &configHome);
-
-QString samplePpd();
-QString sampleText();
+inline QString sampleText()
+{
+    return QStringLiteral(PDE_SOURCE_DIR "/examples/sample.txt");
+}
 
 } // namespace hosttest
 
