@@ -1,6 +1,7 @@
 #include "platform/Bundle.h"
 
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
+#include "tests/support/TestSupport.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -18,24 +19,18 @@ class ViewOwner : public QObject
     Q_PROPERTY(QWidget *rootView MEMBER rootView)
     Q_PROPERTY(QPushButton *okButton MEMBER okButton)
     Q_PROPERTY(QCheckBox *optionBox MEMBER optionBox)
-    Q_PROPERTY(QLineEdit *nameField MEMBER nameField)
     Q_PROPERTY(QLineEdit *wrongType MEMBER wrongType)
-    Q_PROPERTY(QPushButton *readOnlyButton READ readOnlyButtonOutlet)
 
 public:
-    QPushButton *readOnlyButtonOutlet() const { return nullptr; }
-
     QPointer<QWidget> rootView;
     QPointer<QPushButton> okButton;
     QPointer<QCheckBox> optionBox;
-    QPointer<QLineEdit> nameField;
     QPointer<QLineEdit> wrongType;
     QList<QObject *> senders;
-    QStringList calls;
 
 public slots:
-    void okProc(QObject *sender) { calls << QStringLiteral("okProc"); senders << sender; }
-    void optionProc(QObject *sender) { calls << QStringLiteral("optionProc"); senders << sender; }
+    void okProc(QObject *sender) { senders << sender; }
+    void optionProc(QObject *sender) { senders << sender; }
 };
 
 namespace {
@@ -47,50 +42,26 @@ std::shared_ptr<Bundle> ownerBundle()
     return Bundle::bundleForClass(&ViewOwner::staticMetaObject);
 }
 
-TEST(Bundle, BundleOfAClassComesFromItsClassInfo)
+TEST(Bundle, ViewFillsOutletsAndConnectsActionsForTheOwnersLifetime)
 {
-    const auto bundle = ownerBundle();
-    ASSERT_TRUE(bundle);
-    EXPECT_EQ(bundle->bundleIdentifier(), QStringLiteral("pde.test.viewbundle"));
-    EXPECT_EQ(bundle.get(), ownerBundle().get());
-    EXPECT_EQ(bundle->principalObject(), nullptr);
     EXPECT_FALSE(Bundle::bundleForClass(&QObject::staticMetaObject));
-    EXPECT_FALSE(Bundle::bundleForClass(nullptr));
-}
-
-TEST(Bundle, ViewFillsOutletsAndConnectsActions)
-{
-    ViewOwner owner;
+    auto owner = std::make_unique<ViewOwner>();
     QList<QObject *> topLevel;
-    ASSERT_TRUE(ownerBundle()->loadNibNamed(QStringLiteral("OwnerView"), &owner, &topLevel));
-    std::unique_ptr<QWidget> view(owner.rootView.data());
+    ASSERT_TRUE(ownerBundle()->loadNibNamed(QStringLiteral("OwnerView"), owner.get(), &topLevel));
+    std::unique_ptr<QWidget> view(owner->rootView.data());
     ASSERT_TRUE(view);
     EXPECT_EQ(topLevel, QList<QObject *> { view.get() });
     EXPECT_EQ(view->parent(), nullptr);
+    ASSERT_TRUE(owner->okButton && owner->optionBox);
+    EXPECT_FALSE(owner->wrongType) << "a property whose type cannot hold the object stays empty";
 
-    ASSERT_TRUE(owner.okButton && owner.optionBox && owner.nameField);
-    EXPECT_EQ(owner.okButton->objectName(), QStringLiteral("okButton"));
-    EXPECT_EQ(owner.okButton->window(), view.get());
-    EXPECT_EQ(owner.nameField->objectName(), QStringLiteral("nameField"));
-    // A property whose type cannot hold the object stays empty.
-    EXPECT_FALSE(owner.wrongType);
-
-    owner.okButton->click();
-    owner.optionBox->click();
+    owner->okButton->click();
+    owner->optionBox->click();
     view->findChild<QCheckBox *>(QStringLiteral("wrongType"))->click(); // names no slot of the owner
-    view->findChild<QPushButton *>(QStringLiteral("readOnlyButton"))->click();
-    EXPECT_EQ(owner.calls, (QStringList { QStringLiteral("okProc"), QStringLiteral("optionProc") }));
-    EXPECT_EQ(owner.senders, (QList<QObject *> { owner.okButton.data(), owner.optionBox.data() }));
-}
+    EXPECT_EQ(owner->senders, (QList<QObject *> { owner->okButton.data(), owner->optionBox.data() }));
 
-TEST(Bundle, ActionsDoNotOutliveTheirOwner)
-{
-    auto owner = std::make_unique<ViewOwner>();
-    ASSERT_TRUE(ownerBundle()->loadNibNamed(QStringLiteral("OwnerView"), owner.get(), nullptr));
-    std::unique_ptr<QWidget> view(owner->rootView.data());
     QPointer<QPushButton> ok = owner->okButton;
     owner.reset();
-    ASSERT_TRUE(ok);
     ok->click(); // must not reach the deleted owner
 }
 
@@ -105,46 +76,40 @@ TEST(Bundle, MissingOrBrokenViewAnswersFalse)
     }
 }
 
-class LocalizedStrings : public ::testing::Test
+TEST(Bundle, FilesThatAreNoPlugInGiveOneLineReasons)
 {
-protected:
-    void TearDown() override { QLocale::setDefault(saved); }
-    static std::shared_ptr<Bundle> panelBundle()
-    {
-        return Bundle::bundleForClass(&JpCoNuratPrintPdeQr7150kBC::staticMetaObject);
+    for (const QString &path : { pdetest::testDataPath(QStringLiteral("os-release-10.5")),
+                                 pdetest::testDataPath(QStringLiteral("no-such-module.so")),
+                                 pdetest::testDataPath(QString()) }) {
+        QString error;
+        EXPECT_FALSE(Bundle::loadPlugIn(path, &error)) << path.toStdString();
+        EXPECT_TRUE(error.contains(path) && !error.contains(QLatin1Char('\n'))) << error.toStdString();
+        EXPECT_FALSE(Bundle::loadPlugIn(path, nullptr));
     }
-    QLocale saved;
-};
-
-TEST_F(LocalizedStrings, FollowTheCurrentLocale)
-{
-    const auto bundle = panelBundle();
-    ASSERT_TRUE(bundle);
-    const QString key = QStringLiteral("Billing Code");
-
-    QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
-    EXPECT_EQ(bundle->localizedStringForKey(key, QString()), QStringLiteral("部門コード"));
-    EXPECT_EQ(bundle->localizedStringForKey(QStringLiteral("Main Code"), QStringLiteral("x")), QStringLiteral("主コード"));
-
-    QLocale::setDefault(QLocale(QStringLiteral("en_US")));
-    EXPECT_EQ(bundle->localizedStringForKey(key, QString()), key);
-
-    QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
-    EXPECT_EQ(bundle->localizedStringForKey(key, QString()), QStringLiteral("部門コード"));
 }
 
-TEST_F(LocalizedStrings, FallBackToValueThenKey)
+TEST(Bundle, LocalizedStringsFollowTheLocaleAndFallBackToValueThenKey)
 {
-    QLocale::setDefault(QLocale(QStringLiteral("ja_JP")));
-    const auto bundle = panelBundle();
+    const QLocale saved;
+    const auto bundle = Bundle::bundleForClass(&JpCoNuratPrintPdeQr7150kBC::staticMetaObject);
     ASSERT_TRUE(bundle);
-    const QString missing = QStringLiteral("No Such Label");
-    EXPECT_EQ(bundle->localizedStringForKey(missing, QString()), missing);
-    EXPECT_EQ(bundle->localizedStringForKey(missing, QStringLiteral("Fallback")), QStringLiteral("Fallback"));
-    EXPECT_EQ(bundle->localizedStringForKey(QStringLiteral("Billing Code"), QString(), QStringLiteral("NoSuchTable")),
-              QStringLiteral("Billing Code"));
+    const QString key = QStringLiteral("Billing Code"), missing = QStringLiteral("No Such Label");
+    const struct { const char *locale; QString key, value, table, expected; } cases[] = {
+        { "ja_JP", key, QString(), QString(), QStringLiteral("部門コード") },
+        { "ja_JP", QStringLiteral("Main Code"), QStringLiteral("x"), QString(), QStringLiteral("主コード") },
+        { "en_US", key, QString(), QString(), key },
+        { "ja_JP", key, QString(), QString(), QStringLiteral("部門コード") }, // switching back
+        { "ja_JP", missing, QString(), QString(), missing },
+        { "ja_JP", missing, QStringLiteral("Fallback"), QString(), QStringLiteral("Fallback") },
+        { "ja_JP", key, QString(), QStringLiteral("NoSuchTable"), key },
+    };
+    for (const auto &c : cases) {
+        QLocale::setDefault(QLocale(QString::fromLatin1(c.locale)));
+        EXPECT_EQ(bundle->localizedStringForKey(c.key, c.value, c.table), c.expected) << c.expected.toStdString();
+    }
     // A bundle without any tables.
     EXPECT_EQ(ownerBundle()->localizedStringForKey(missing, QString()), missing);
+    QLocale::setDefault(saved);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -13,6 +12,31 @@ namespace {
 
 using pde::UserDefaults;
 
+const QString kDomain = QStringLiteral("jp.co.nurat.mfp.office");
+
+std::optional<QVariantMap> readFresh(const QString &name)
+{
+    UserDefaults::resetStandardUserDefaults();
+    return UserDefaults::standardUserDefaults()->persistentDomainForName(name);
+}
+
+bool writeFresh(const QString &name, const QVariantMap &domain)
+{
+    UserDefaults::resetStandardUserDefaults();
+    auto defaults = UserDefaults::standardUserDefaults();
+    defaults->setPersistentDomain(domain, name);
+    return defaults->synchronize();
+}
+
+// Values come back as text; the record inside must come back as a record.
+QVariantMap asText(const QVariantMap &map)
+{
+    QVariantMap text;
+    for (auto it = map.cbegin(); it != map.cend(); ++it)
+        text.insert(it.key(), it->typeId() == QMetaType::QVariantMap ? QVariant(asText(it->toMap())) : QVariant(it->toString()));
+    return text;
+}
+
 // Each test gets a preferences folder of its own that does not exist yet.
 class UserDefaultsTest : public ::testing::Test
 {
@@ -20,125 +44,33 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(home.isValid());
-        savedConfigHome = qgetenv("XDG_CONFIG_HOME");
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
         UserDefaults::resetStandardUserDefaults();
     }
-    void TearDown() override
-    {
-        qputenv("XDG_CONFIG_HOME", savedConfigHome);
-        UserDefaults::resetStandardUserDefaults();
-    }
-
-    static std::optional<QVariantMap> readFresh(const QString &name)
-    {
-        UserDefaults::resetStandardUserDefaults();
-        return UserDefaults::standardUserDefaults()->persistentDomainForName(name);
-    }
-    static bool writeFresh(const QString &name, const QVariantMap &domain)
-    {
-        UserDefaults::resetStandardUserDefaults();
-        auto defaults = UserDefaults::standardUserDefaults();
-        defaults->setPersistentDomain(domain, name);
-        return defaults->synchronize();
-    }
-    static void writeRaw(const QString &path, const QByteArray &bytes)
-    {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-    }
-    static QByteArray readRaw(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void TearDown() override { qputenv("XDG_CONFIG_HOME", savedConfigHome); }
 
     QTemporaryDir home;
-    QByteArray savedConfigHome;
+    QByteArray savedConfigHome = qgetenv("XDG_CONFIG_HOME");
+    const QVariantMap record { { "Main Code", "A 1: b@c, d; e # f = g" }, { "Sub Code", "@Invalid()" },
+                         { "Japanese", "部門コード ü" }, { "Quoted", " \"lead\\trail\" " }, { "Empty", "" },
+                         { "Main Code CheckBox", true }, { "hold button", 1 }, { "Negative", -7 } };
+    const QVariantMap domain { { "Billing Code", record }, { "Other Panel", "kept: as is" }, { "Count", 3 } };
 };
 
-const QString kDomain = QStringLiteral("jp.co.nurat.mfp.office");
-
-QVariantMap sampleDomain()
+TEST_F(UserDefaultsTest, ReadingCreatesNothingAndAWrittenDomainRoundTripsPrivately)
 {
-    QVariantMap record {
-        { QStringLiteral("Model Name"), QStringLiteral("Nurat QR7150K") },
-        { QStringLiteral("Release Number"), QStringLiteral("1.00") },
-        { QStringLiteral("Main Code"), QStringLiteral("A 1: b@c, d; e # f = g") },
-        { QStringLiteral("Sub Code"), QStringLiteral("@Invalid()") },
-        { QStringLiteral("Japanese"), QStringLiteral("部門コード ü") },
-        { QStringLiteral("Quoted"), QStringLiteral(" \"lead\\trail\" ") },
-        { QStringLiteral("Empty"), QString(QLatin1String("")) },
-        { QStringLiteral("Main Code CheckBox"), true },
-        { QStringLiteral("Sub Code CheckBox"), false },
-        { QStringLiteral("hold button"), 1 },
-        { QStringLiteral("Negative"), -7 },
-    };
-    return {
-        { QStringLiteral("Billing Code"), record },
-        { QStringLiteral("Other Panel"), QStringLiteral("kept: as is") },
-        { QStringLiteral("Count"), 3 },
-    };
-}
-
-TEST_F(UserDefaultsTest, DomainRoundTripsWithNestedRecord)
-{
-    ASSERT_TRUE(writeFresh(kDomain, sampleDomain()));
-    const auto read = readFresh(kDomain);
-    ASSERT_TRUE(read);
-    const QVariantMap expected = sampleDomain();
-    EXPECT_EQ(read->keys(), expected.keys());
-    EXPECT_EQ(read->value(QStringLiteral("Other Panel")).toString(), QStringLiteral("kept: as is"));
-    EXPECT_EQ(read->value(QStringLiteral("Count")).toInt(), 3);
-
-    ASSERT_EQ(read->value(QStringLiteral("Billing Code")).typeId(), QMetaType::QVariantMap);
-    const QVariantMap record = read->value(QStringLiteral("Billing Code")).toMap();
-    const QVariantMap wanted = expected.value(QStringLiteral("Billing Code")).toMap();
-    EXPECT_EQ(record.keys(), wanted.keys());
-    for (auto it = wanted.cbegin(); it != wanted.cend(); ++it) {
-        SCOPED_TRACE(it.key().toStdString());
-        switch (it->typeId()) {
-        case QMetaType::Bool:
-            EXPECT_EQ(record.value(it.key()).toBool(), it->toBool());
-            break;
-        case QMetaType::Int:
-            EXPECT_EQ(record.value(it.key()).toInt(), it->toInt());
-            break;
-        default:
-            EXPECT_EQ(record.value(it.key()).toString(), it->toString());
-        }
-    }
-}
-
-TEST_F(UserDefaultsTest, EmptyDomainExistsAfterWriting)
-{
-    ASSERT_TRUE(writeFresh(kDomain, {}));
-    const auto read = readFresh(kDomain);
-    ASSERT_TRUE(read);
-    EXPECT_TRUE(read->isEmpty());
-}
-
-TEST_F(UserDefaultsTest, ReadingCreatesNothing)
-{
-    EXPECT_FALSE(readFresh(kDomain));
     EXPECT_FALSE(readFresh(QStringLiteral("")));
-    EXPECT_FALSE(QFileInfo::exists(UserDefaults::preferencesDirectory()));
-
     // Nor does a replacement that is never synchronised.
-    UserDefaults::standardUserDefaults()->setPersistentDomain(sampleDomain(), kDomain);
-    UserDefaults::resetStandardUserDefaults();
-    EXPECT_FALSE(QFileInfo::exists(UserDefaults::preferencesDirectory()));
+    UserDefaults::standardUserDefaults()->setPersistentDomain(domain, kDomain);
     EXPECT_FALSE(readFresh(kDomain));
-}
+    EXPECT_FALSE(QFileInfo::exists(UserDefaults::preferencesDirectory()));
 
-TEST_F(UserDefaultsTest, WrittenFileIsPrivateAndAlone)
-{
-    ASSERT_TRUE(writeFresh(kDomain, sampleDomain()));
-    ASSERT_TRUE(writeFresh(kDomain, sampleDomain()));
+    // A replacement, not a merge: what the caller dropped is gone.
+    ASSERT_TRUE(writeFresh(kDomain, { { "Dropped", 1 } }));
+    ASSERT_TRUE(writeFresh(kDomain, domain));
+    EXPECT_EQ(asText(readFresh(kDomain).value_or(QVariantMap())), asText(domain));
+
     const QString path = UserDefaults::fileNameForDomain(kDomain);
-    // Owner read and write; nothing for group and others, on the file and its folder.
     EXPECT_EQ(QFileInfo(path).permissions().toInt() & 0x7077, 0x6000);
     EXPECT_EQ(QFileInfo(UserDefaults::preferencesDirectory()).permissions().toInt() & 0x0077, 0);
     // No temporary file is left beside it.
@@ -146,110 +78,64 @@ TEST_F(UserDefaultsTest, WrittenFileIsPrivateAndAlone)
               QStringList { QFileInfo(path).fileName() });
 }
 
-TEST_F(UserDefaultsTest, ReplacingKeepsWhatTheCallerKept)
-{
-    ASSERT_TRUE(writeFresh(kDomain, sampleDomain()));
-    auto domain = readFresh(kDomain);
-    ASSERT_TRUE(domain);
-    QVariantMap record = domain->value(QStringLiteral("Billing Code")).toMap();
-    record.insert(QStringLiteral("Main Code"), QStringLiteral("NEW"));
-    record.remove(QStringLiteral("Sub Code"));
-    domain->insert(QStringLiteral("Billing Code"), record);
-    ASSERT_TRUE(writeFresh(kDomain, *domain));
-
-    const auto read = readFresh(kDomain);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->value(QStringLiteral("Other Panel")).toString(), QStringLiteral("kept: as is"));
-    const QVariantMap readRecord = read->value(QStringLiteral("Billing Code")).toMap();
-    EXPECT_EQ(readRecord.value(QStringLiteral("Main Code")).toString(), QStringLiteral("NEW"));
-    EXPECT_FALSE(readRecord.contains(QStringLiteral("Sub Code")));
-    EXPECT_EQ(readRecord.value(QStringLiteral("Japanese")).toString(), QStringLiteral("部門コード ü"));
-}
-
 TEST_F(UserDefaultsTest, EveryDomainNameStaysInsideTheFolderAndApart)
 {
-    const QStringList names {
-        QStringLiteral("jp.co.nurat.mfp.office/duplex"), QStringLiteral("jp.co.nurat.mfp.office%2Fduplex"),
-        QStringLiteral(".."), QStringLiteral("../escape"), QStringLiteral("a/../../escape"),
-        QStringLiteral("/etc/passwd"), QStringLiteral(".hidden"), QStringLiteral("jp.co.nurat.mfp.プリンタ"),
-    };
-    const QString folder = QDir(UserDefaults::preferencesDirectory()).absolutePath();
-    QSet<QString> files;
-    int n = 0;
-    for (const QString &name : names) {
-        SCOPED_TRACE(name.toStdString());
-        const QString path = UserDefaults::fileNameForDomain(name);
-        EXPECT_EQ(QFileInfo(path).absolutePath(), folder);
-        EXPECT_FALSE(QFileInfo(path).fileName().startsWith(QLatin1Char('.')));
-        files.insert(path);
-        ASSERT_TRUE(writeFresh(name, { { QStringLiteral("n"), ++n } }));
+    const QStringList names { "jp.co.nurat.mfp.office/duplex", "jp.co.nurat.mfp.office%2Fduplex", "..", "../escape",
+                              "a/../../escape", "/etc/passwd", ".hidden", "jp.co.nurat.mfp.プリンタ" };
+    for (int n = 0; n < names.size(); ++n) {
+        const QFileInfo file(UserDefaults::fileNameForDomain(names[n]));
+        EXPECT_EQ(file.absolutePath(), QDir(UserDefaults::preferencesDirectory()).absolutePath()) << n;
+        EXPECT_FALSE(file.fileName().startsWith(QLatin1Char('.'))) << n;
+        ASSERT_TRUE(writeFresh(names[n], { { "n", n } }));
     }
-    EXPECT_EQ(files.size(), names.size());
-    // Nothing was written outside the folder, and each name reads its own domain.
     EXPECT_EQ(QDir(home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
               QStringList { QStringLiteral("print-preferences") });
-    EXPECT_EQ(qsizetype(QDir(folder).entryList(QDir::Files | QDir::Hidden).size()), names.size());
-    n = 0;
-    for (const QString &name : names) {
-        const auto read = readFresh(name);
-        ASSERT_TRUE(read) << name.toStdString();
-        EXPECT_EQ(read->value(QStringLiteral("n")).toInt(), ++n) << name.toStdString();
-    }
+    for (int n = 0; n < names.size(); ++n)
+        EXPECT_EQ(readFresh(names[n]).value_or(QVariantMap()).value("n").toInt(), n) << n;
 }
 
 TEST_F(UserDefaultsTest, ResetRereadsAFileChangedBehindItsBack)
 {
-    ASSERT_TRUE(writeFresh(kDomain, { { QStringLiteral("code"), QStringLiteral("AAAA") } }));
-    auto defaults = UserDefaults::standardUserDefaults();
-    ASSERT_EQ(defaults->persistentDomainForName(kDomain)->value(QStringLiteral("code")).toString(),
-              QStringLiteral("AAAA"));
+    ASSERT_TRUE(writeFresh(kDomain, { { "code", "AAAA" } }));
+    ASSERT_EQ(UserDefaults::standardUserDefaults()->persistentDomainForName(kDomain), (QVariantMap { { "code", "AAAA" } }));
 
     // Same size and the same time stamp: only the content tells.
     const QString path = UserDefaults::fileNameForDomain(kDomain);
     const QDateTime stamp = QFileInfo(path).lastModified();
-    QByteArray bytes = readRaw(path);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QByteArray bytes = file.readAll();
     ASSERT_TRUE(bytes.contains("AAAA"));
-    bytes.replace("AAAA", "BBBB");
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        file.write(bytes);
-        file.setFileTime(stamp, QFileDevice::FileModificationTime);
-    }
-    UserDefaults::resetStandardUserDefaults();
-    auto fresh = UserDefaults::standardUserDefaults();
-    EXPECT_NE(fresh.get(), defaults.get());
-    const auto read = fresh->persistentDomainForName(kDomain);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->value(QStringLiteral("code")).toString(), QStringLiteral("BBBB"));
+    file.seek(0);
+    file.write(QByteArray(bytes).replace("AAAA", "BBBB"));
+    file.setFileTime(stamp, QFileDevice::FileModificationTime);
+    file.close();
+    EXPECT_EQ(readFresh(kDomain), (QVariantMap { { "code", "BBBB" } }));
 }
 
 TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
 {
     const QString path = UserDefaults::fileNameForDomain(kDomain);
-    const QList<QByteArray> damaged {
-        QByteArray("[Billing%20Code\nMain%20Code=1\n"),
-        QByteArray("\x00\x01\x02garbage\xff\xfe", 10),
-        QByteArray("[Billing%20Code]\nthis line is no key\n"),
-        QByteArray("[Billing%20Code]\nMain%20Code=\xff\xfe\n"),
-        QByteArray("code=@Variant(\\0\\0\\0\\x7f)\n"),
-    };
+    QDir().mkpath(UserDefaults::preferencesDirectory());
+    const QList<QByteArray> damaged { "[Billing%20Code\nMain%20Code=1\n", QByteArray("\x00\x01\x02garbage\xff\xfe", 10),
+                                      "[Billing%20Code]\nthis line is no key\n", "[Billing%20Code]\nMain%20Code=\xff\xfe\n",
+                                      "code=@Variant(\\0\\0\\0\\x7f)\n" };
     for (const QByteArray &bytes : damaged) {
         SCOPED_TRACE(bytes.toHex().toStdString());
-        writeRaw(path, bytes);
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(bytes);
+        file.close();
         EXPECT_FALSE(readFresh(kDomain));
-        // A replacement does not silently destroy what the user may still repair.
-        EXPECT_FALSE(writeFresh(kDomain, sampleDomain()));
-        EXPECT_EQ(readRaw(path), bytes);
+        // A replacement does not destroy what the user may still repair.
+        EXPECT_FALSE(writeFresh(kDomain, domain));
+        QFile kept(path);
+        EXPECT_TRUE(kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes);
     }
-}
-
-TEST_F(UserDefaultsTest, FolderInThePlaceOfAFileReadsAsAbsent)
-{
-    const QString path = UserDefaults::fileNameForDomain(kDomain);
-    ASSERT_TRUE(QDir().mkpath(path));
+    // Nor does a folder in the place of the file count as a domain.
+    ASSERT_TRUE(QFile::remove(path) && QDir().mkpath(path));
     EXPECT_FALSE(readFresh(kDomain));
-    EXPECT_FALSE(writeFresh(kDomain, sampleDomain()));
+    EXPECT_FALSE(writeFresh(kDomain, domain));
     EXPECT_TRUE(QFileInfo(path).isDir());
 }
 
