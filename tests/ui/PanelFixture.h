@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QApplication>
 #include <QLocale>
-#include <QString>
+#include <QTest>
+#include <QVBoxLayout>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -10,8 +12,8 @@
 #include <ostream>
 
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
+#include "tests/support/TestSupport.h"
 
-// Readable failure messages.
 inline void PrintTo(const QString &text, std::ostream *out)
 {
     *out << '"' << text.toStdString() << '"';
@@ -23,25 +25,33 @@ namespace uitest {
 class PanelFixture : public ::testing::Test
 {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override { buildPanel(QLocale(QLocale::English, QLocale::UnitedStates)); }
+    void TearDown() override { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
-    void buildPanel(const QLocale &locale);
-    // Shows the window and makes it the active one, so that focus is real.
-    void showActive();
+    void buildPanel(const QLocale &locale)
+    {
+        window.reset();
+        panel.reset();
+        QLocale::setDefault(locale);
+        panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(std::make_shared<pdetest::TestCallback>());
+        window = std::make_unique<QWidget>();
+        auto *layout = new QVBoxLayout(window.get());
+        layout->setContentsMargins(0, 0, 0, 0);
+        ASSERT_NE(panel->panelView(), nullptr);
+        layout->addWidget(panel->panelView());
+    }
 
+    // An active window, so that focus is real.
+    void showActive()
+    {
+        window->show();
+        QApplication::setActiveWindow(window.get());
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    // The window goes first: it holds the panel's view.
     std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panel;
     std::unique_ptr<QWidget> window;
 };
-
-// Typed as a user would, one key a character, letting queued work run.
-void typeText(QWidget *widget, const QString &text);
-void pasteText(QWidget *widget, const QString &text);
-void pressKey(QWidget *widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-
-// A code field the user can edit: not read-only, selectable, black text.
-bool isUsable(const QLineEdit *field);
-// A greyed code field: read-only, not selectable, grey text, still enabled.
-bool isGreyed(const QLineEdit *field);
 
 } // namespace uitest
