@@ -127,8 +127,11 @@ bool Bundle::loadNibNamed(const QString &name, QObject *owner, QList<QObject *> 
     QWidget *view = loadViewWithOwner(&file, owner);
     if (!view)
         return false;
+    // A view that neither an outlet nor the caller's list holds would be lost.
     if (topLevelObjects)
         topLevelObjects->append(view);
+    else if (!ownerHolds(owner, view))
+        delete view;
     return true;
 }
 

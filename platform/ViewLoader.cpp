@@ -49,6 +49,20 @@ void connectAction(QObject *owner, QAbstractButton *control)
 
 } // namespace
 
+bool ownerHolds(const QObject *owner, const QObject *object)
+{
+    if (!owner || !object)
+        return false;
+    const QMetaObject *meta = owner->metaObject();
+    for (int i = 0; i < meta->propertyCount(); ++i) {
+        const QMetaProperty property = meta->property(i);
+        if (property.metaType().flags().testFlag(QMetaType::PointerToQObject)
+            && property.read(owner).value<QObject *>() == object)
+            return true;
+    }
+    return false;
+}
+
 QWidget *loadViewWithOwner(QIODevice *description, QObject *owner)
 {
     QUiLoader loader;

@@ -3,6 +3,7 @@
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 #include "tests/support/TestSupport.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QLocale>
@@ -74,6 +75,11 @@ TEST(Bundle, MissingOrBrokenViewAnswersFalse)
         EXPECT_TRUE(topLevel.isEmpty());
         EXPECT_FALSE(owner.rootView);
     }
+    // Nobody to hold the view: it goes at once instead of lingering unowned.
+    QObject bareOwner;
+    const qsizetype widgets = QApplication::allWidgets().size();
+    EXPECT_TRUE(ownerBundle()->loadNibNamed(QStringLiteral("OwnerView"), &bareOwner, nullptr));
+    EXPECT_EQ(QApplication::allWidgets().size(), widgets);
 }
 
 TEST(Bundle, FilesThatAreNoPlugInGiveOneLineReasons)
