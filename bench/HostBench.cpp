@@ -2,6 +2,7 @@
 // loading one of Qt's own plug-ins, and a whole headless pdeprint run beside
 // the same program's start-up without a QApplication.
 
+#include "bench/BenchEnvironment.h"
 #include "platform/Bundle.h"
 #include "platform/DialogTypes.h"
 #include "platform/PanelFactory.h"
@@ -14,7 +15,6 @@
 #include <QLibraryInfo>
 #include <QPluginLoader>
 #include <QProcess>
-#include <QTemporaryDir>
 
 #include <sys/resource.h>
 
@@ -169,21 +169,12 @@ BENCHMARK(pdeprintVersion)->Name("process/ref:pdeprint_--version")->UseRealTime(
 // for the pdeprint processes, which inherit the environment.
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir config;
-    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-    QTemporaryDir runtime; // private (0700), as Qt wants it; saves a warning a process
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    BenchEnvironment environment;
     QApplication app(argc, argv);
     if (argc == 4 && QLatin1String(argv[1]) == QLatin1String(kChildOption)) {
         const qint64 nanoseconds = loadOnceInChild(QString::fromLocal8Bit(argv[2]), LoadSteps(atoi(argv[3])));
         printf("%lld\n", static_cast<long long>(nanoseconds));
         return nanoseconds < 0 ? 1 : 0;
     }
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }

@@ -2,6 +2,7 @@
 // same plain work without the panel: the bare view load, reading or writing
 // the ticket's keys, OpenSSL's cipher, a bare QSettings write.
 
+#include "bench/BenchEnvironment.h"
 #include "platform/PrintSettings.h"
 #include "platform/UserDefaults.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
@@ -293,16 +294,7 @@ BENCHMARK(bareSettingsWrite)->Name("shouldPrint/ref:QSettings_record+sync")->Uni
 // here, offscreen and in a private folder, before any benchmark runs.
 int main(int argc, char **argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir config;
-    qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-    QTemporaryDir runtime; // private (0700), as Qt wants it; saves a warning a process
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    BenchEnvironment environment;
     QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return runBenchmarks(argc, argv);
 }
