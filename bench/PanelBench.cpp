@@ -1,6 +1,6 @@
 // What the panel costs the host in each call, beside a reference that does the
 // same plain work without the panel: the bare view load, reading or writing
-// the ticket's keys, OpenSSL's cipher, a bare QSettings write.
+// the ticket's keys, OpenSSL's cipher, a bare JSON file replacement.
 
 #include "bench/BenchEnvironment.h"
 #include "platform/PrintSettings.h"
@@ -14,7 +14,9 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QSettings>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
 #include <QTemporaryDir>
 #include <QUiLoader>
 
@@ -254,21 +256,20 @@ void panelShouldPrint(benchmark::State &state)
     delete panel->panelView();
 }
 
-void bareSettingsWrite(benchmark::State &state)
+void bareJsonWrite(benchmark::State &state)
 {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("record.ini"));
-    const QVariantMap record = storedRecord();
+    const QString path = folder.filePath(QStringLiteral("record.json"));
+    QVariantMap record = storedRecord();
     int round = 0;
     for (auto _ : state) {
-        QSettings settings(path, QSettings::IniFormat);
-        settings.beginGroup(QString::fromLatin1(kRecordKey));
-        for (auto it = record.cbegin(); it != record.cend(); ++it)
-            settings.setValue(it.key(), *it);
-        // A value that changes each time, so that sync() always has a change to write.
-        settings.setValue(QString::fromLatin1(kHoldButtonKey), ++round & 1);
-        settings.endGroup();
-        settings.sync();
+        // A value that changes each time, as a save changes the record.
+        record.insert(QString::fromLatin1(kHoldButtonKey), ++round & 1);
+        const QJsonObject domain { { QString::fromLatin1(kRecordKey), QJsonObject::fromVariantMap(record) } };
+        QSaveFile file(path); // written beside, flushed to disk, renamed
+        file.open(QIODevice::WriteOnly);
+        file.write(QJsonDocument(domain).toJson());
+        file.commit();
     }
 }
 
@@ -288,7 +289,7 @@ BENCHMARK(panelSave)->Name("save/panel,new_stamp")->Arg(0)->Unit(benchmark::kMic
 BENCHMARK(evpAndWriteKeys)->Name("save/ref:EVP_ecb+EncodeBlock_x2+write_8_keys")->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(panelShouldPrint)->Name("shouldPrint/panel,store+reload")->Unit(benchmark::kMicrosecond);
-BENCHMARK(bareSettingsWrite)->Name("shouldPrint/ref:QSettings_record+sync")->Unit(benchmark::kMicrosecond);
+BENCHMARK(bareJsonWrite)->Name("shouldPrint/ref:QJsonDocument_record+QSaveFile")->Unit(benchmark::kMicrosecond);
 
 // The panel needs a QApplication and writes preferences: both are set up
 // here, offscreen and in a private folder, before any benchmark runs.

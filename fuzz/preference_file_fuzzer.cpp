@@ -1,5 +1,6 @@
 // A preferences domain file with any contents, then the panel's check, load,
-// restore and save over it.
+// restore and save over it. Input that begins with "{" is the JSON file,
+// any other the first release's INI file.
 
 #include "fuzz/FuzzSupport.h"
 #include "platform/UserDefaults.h"
@@ -13,8 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     pdefuzz::ensureApplication();
     const QString domain = QStringLiteral("jp.co.nurat.mfp.") + QLatin1String(pdefuzz::kFuzzPrinter);
     QDir().mkpath(pdefuzz::preferencesFolder());
+    const bool json = size > 0 && data[0] == '{';
+    QFile::remove(pde::UserDefaults::fileNameForDomain(domain));
+    QFile::remove(pde::UserDefaults::legacyFileNameForDomain(domain));
     {
-        QFile file(pde::UserDefaults::fileNameForDomain(domain));
+        QFile file(json ? pde::UserDefaults::fileNameForDomain(domain) : pde::UserDefaults::legacyFileNameForDomain(domain));
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return 0;
         file.write(reinterpret_cast<const char *>(data), qint64(size));

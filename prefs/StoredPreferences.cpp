@@ -21,6 +21,21 @@ bool isOn(const QAbstractButton *button)
     return pde::buttonState(button) == pde::kButtonStateOn;
 }
 
+// The first release stored the record as text ("true", "1"). Its check boxes
+// and keep value get their types back at the first rewrite, so that other
+// readers of the record need not guess.
+void restoreTypes(QVariantMap &record)
+{
+    for (const char *key : { kMainCodeCheckBoxKey, kSubCodeCheckBoxKey }) {
+        const auto value = record.find(QString::fromLatin1(key));
+        if (value != record.end() && value->typeId() == QMetaType::QString)
+            *value = value->toBool();
+    }
+    const auto hold = record.find(QString::fromLatin1(kHoldButtonKey));
+    if (hold != record.end() && hold->typeId() == QMetaType::QString)
+        *hold = hold->toInt();
+}
+
 } // namespace
 
 void JpCoNuratPrintPdeQr7150kBC::CheckPreference()
@@ -46,6 +61,7 @@ void JpCoNuratPrintPdeQr7150kBC::CheckPreference()
         record.remove(QString::fromLatin1(kSubCodeKey));
         record.remove(QString::fromLatin1(kHoldButtonKey));
     }
+    restoreTypes(record);
 
     domain->insert(QString::fromLatin1(kRecordKey), record);
     defaults->setPersistentDomain(*domain, preferenceName);

@@ -12,12 +12,13 @@ using namespace exchangetest;
 
 namespace {
 
-// A record as text, the way the file holds it, for whole-record comparison.
+// A record as typed text, for whole-record comparison: QVariant's == would
+// take "true" for true.
 QMap<QString, QString> asText(const QVariantMap &record)
 {
     QMap<QString, QString> text;
     for (auto it = record.cbegin(); it != record.cend(); ++it)
-        text.insert(it.key(), it->toString());
+        text.insert(it.key(), QString::fromLatin1(it->typeName()) + QLatin1Char(' ') + it->toString());
     return text;
 }
 
@@ -26,6 +27,14 @@ QVariantMap fullRecord(const QString &model, const QString &release)
     return { { "Model Name", model }, { "Release Number", release }, { "Main Code CheckBox", true },
              { "Main Code", "1111" }, { "Sub Code CheckBox", true }, { "Sub Code", "22" },
              { "hold button", 1 }, { "Colour", "blue" } };
+}
+
+// The record as the first release stored it: every value text.
+QVariantMap asTextValues(QVariantMap record)
+{
+    for (QVariant &value : record)
+        value = value.toString();
+    return record;
 }
 
 std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panelFor(const std::shared_ptr<RecordingCallback> &callback)
@@ -63,6 +72,7 @@ TEST_F(StoredPreferences, CheckResetsRecordsOfAnotherModelOrRelease)
     resetKeepingColour.insert("Colour", "blue");
     const struct { const char *name; std::optional<QVariantMap> record; QVariantMap expected; } cases[] = {
         { "valid record is kept", fullRecord(model, "1.00"), fullRecord(model, "1.00") },
+        { "first release's text gets its types", asTextValues(fullRecord(model, "1.00")), fullRecord(model, "1.00") },
         { "another model", fullRecord("Nurat QR5000", "1.00"), resetKeepingColour },
         { "another release", fullRecord(model, "1.0"), resetKeepingColour },
         { "model compared case-sensitively", fullRecord(model.toUpper(), "1.00"), resetKeepingColour },

@@ -1,12 +1,16 @@
 #include "platform/UserDefaults.h"
 
 #include <QDateTime>
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <limits>
 
 namespace {
 
@@ -28,13 +32,27 @@ bool writeFresh(const QString &name, const QVariantMap &domain)
     return defaults->synchronize();
 }
 
-// Values come back as text; the record inside must come back as a record.
-QVariantMap asText(const QVariantMap &map)
+// QVariant's == converts between numbers, text and booleans; the debug
+// text names every value's type, nested ones too.
+QString typed(const QVariant &value)
 {
-    QVariantMap text;
-    for (auto it = map.cbegin(); it != map.cend(); ++it)
-        text.insert(it.key(), it->typeId() == QMetaType::QVariantMap ? QVariant(asText(it->toMap())) : QVariant(it->toString()));
+    QString text;
+    QDebug(&text) << value;
     return text;
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+void put(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(bytes);
 }
 
 // Each test gets a preferences folder of its own that does not exist yet.
@@ -46,34 +64,44 @@ protected:
         ASSERT_TRUE(home.isValid());
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
         UserDefaults::resetStandardUserDefaults();
+        path = UserDefaults::fileNameForDomain(kDomain);
+        legacyPath = UserDefaults::legacyFileNameForDomain(kDomain);
     }
     void TearDown() override { qputenv("XDG_CONFIG_HOME", savedConfigHome); }
 
     QTemporaryDir home;
     QByteArray savedConfigHome = qgetenv("XDG_CONFIG_HOME");
-    const QVariantMap record { { "Main Code", "A 1: b@c, d; e # f = g" }, { "Sub Code", "@Invalid()" },
-                         { "Japanese", "部門コード ü" }, { "Quoted", " \"lead\\trail\" " }, { "Empty", "" },
-                         { "Main Code CheckBox", true }, { "hold button", 1 }, { "Negative", -7 } };
-    const QVariantMap domain { { "Billing Code", record }, { "Other Panel", "kept: as is" }, { "Count", 3 } };
+    QString path;
+    QString legacyPath;
 };
 
-TEST_F(UserDefaultsTest, ReadingCreatesNothingAndAWrittenDomainRoundTripsPrivately)
+TEST_F(UserDefaultsTest, EveryKindOfValueComesBackWithItsTypeFromAPrivateFile)
 {
+    const QVariantMap record { { "Main Code", "A 1: b@c, d; e # f = g / h" }, { "Sub Code", "@Invalid()" },
+                               { "Japanese", "部門コード ü 😀" }, { "Quoted", " \"lead\\trail\"\n[next]=line\r\n" },
+                               { "Empty", "" }, { "", "empty key" }, { "/slash", "x" },
+                               { "Main Code CheckBox", true }, { "Sub Code CheckBox", false }, { "hold button", 1 },
+                               { "int32", std::numeric_limits<qint32>::min() },
+                               { "int64", std::numeric_limits<qint64>::max() },
+                               { "int64 low", std::numeric_limits<qint64>::min() }, { "Ratio", 0.25 } };
+    const QVariantMap domain { { "Billing Code", record }, { "Other Panel", QVariantMap { { "nothing", QVariantMap() } } },
+                               { "Empty", QVariantMap() }, { "List", QVariantList { 1, "two", QVariantMap(), QVariantList() } } };
+
     EXPECT_FALSE(readFresh(QStringLiteral("")));
-    // Nor does a replacement that is never synchronised.
+    // Nor does a replacement that is never synchronised create anything.
     UserDefaults::standardUserDefaults()->setPersistentDomain(domain, kDomain);
     EXPECT_FALSE(readFresh(kDomain));
     EXPECT_FALSE(QFileInfo::exists(UserDefaults::preferencesDirectory()));
 
     // A replacement, not a merge: what the caller dropped is gone.
     ASSERT_TRUE(writeFresh(kDomain, { { "Dropped", 1 } }));
+    // What an interrupted write left behind goes with the next write.
+    put(path + QStringLiteral(".AbC123.tmp"), "{\"Dropped\": 1");
     ASSERT_TRUE(writeFresh(kDomain, domain));
-    EXPECT_EQ(asText(readFresh(kDomain).value_or(QVariantMap())), asText(domain));
+    EXPECT_EQ(typed(readFresh(kDomain).value_or(QVariantMap())), typed(domain));
 
-    const QString path = UserDefaults::fileNameForDomain(kDomain);
     EXPECT_EQ(QFileInfo(path).permissions().toInt() & 0x7077, 0x6000);
     EXPECT_EQ(QFileInfo(UserDefaults::preferencesDirectory()).permissions().toInt() & 0x0077, 0);
-    // No temporary file is left beside it.
     EXPECT_EQ(QDir(UserDefaults::preferencesDirectory()).entryList(QDir::Files | QDir::Hidden),
               QStringList { QFileInfo(path).fileName() });
 }
@@ -96,47 +124,95 @@ TEST_F(UserDefaultsTest, EveryDomainNameStaysInsideTheFolderAndApart)
 
 TEST_F(UserDefaultsTest, ResetRereadsAFileChangedBehindItsBack)
 {
-    ASSERT_TRUE(writeFresh(kDomain, { { "code", "AAAA" } }));
-    ASSERT_EQ(UserDefaults::standardUserDefaults()->persistentDomainForName(kDomain), (QVariantMap { { "code", "AAAA" } }));
+    for (const bool legacy : { false, true }) {
+        SCOPED_TRACE(legacy ? "legacy INI file" : "JSON file");
+        const QString file = legacy ? legacyPath : path;
+        QFile::remove(path);
+        if (legacy) {
+            QDir().mkpath(UserDefaults::preferencesDirectory());
+            QSettings(file, QSettings::IniFormat).setValue("code", "AAAA");
+        } else {
+            ASSERT_TRUE(writeFresh(kDomain, { { "code", "AAAA" } }));
+        }
+        ASSERT_EQ(readFresh(kDomain), (QVariantMap { { "code", "AAAA" } }));
 
-    // Same size and the same time stamp: only the content tells.
-    const QString path = UserDefaults::fileNameForDomain(kDomain);
-    const QDateTime stamp = QFileInfo(path).lastModified();
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    const QByteArray bytes = file.readAll();
-    ASSERT_TRUE(bytes.contains("AAAA"));
-    file.seek(0);
-    file.write(QByteArray(bytes).replace("AAAA", "BBBB"));
-    file.setFileTime(stamp, QFileDevice::FileModificationTime);
-    file.close();
-    EXPECT_EQ(readFresh(kDomain), (QVariantMap { { "code", "BBBB" } }));
+        // Same size and the same time stamp: only the content tells.
+        const QDateTime stamp = QFileInfo(file).lastModified();
+        const QByteArray bytes = contents(file);
+        ASSERT_TRUE(bytes.contains("AAAA"));
+        put(file, QByteArray(bytes).replace("AAAA", "BBBB"));
+        QFile(file).setFileTime(stamp, QFileDevice::FileModificationTime);
+        EXPECT_EQ(readFresh(kDomain), (QVariantMap { { "code", "BBBB" } }));
+    }
 }
 
 TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
 {
-    const QString path = UserDefaults::fileNameForDomain(kDomain);
-    QDir().mkpath(UserDefaults::preferencesDirectory());
-    const QList<QByteArray> damaged { "[Billing%20Code\nMain%20Code=1\n", QByteArray("\x00\x01\x02garbage\xff\xfe", 10),
-                                      "[Billing%20Code]\nthis line is no key\n", "[Billing%20Code]\nMain%20Code=\xff\xfe\n",
-                                      "code=@Variant(\\0\\0\\0\\x7f)\n" };
-    for (const QByteArray &bytes : damaged) {
-        SCOPED_TRACE(bytes.toHex().toStdString());
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-        file.close();
+    const QByteArray tooDeep = QByteArray("{\"a\":").repeated(40) + "1" + QByteArray("}").repeated(40);
+    const struct { const char *name; bool legacy; QByteArray bytes; } damaged[] = {
+        { "cut short", false, "{\"Billing Code\": {\"Main Code\": \"1\"" },
+        { "binary", false, QByteArray("\x00\x01\x02garbage\xff\xfe", 10) },
+        { "not a dictionary", false, "[\"Billing Code\"]" },
+        { "not UTF-8", false, "{\"Main Code\": \"\xff\xfe\"}" },
+        { "null value", false, "{\"Main Code\": null}" },
+        { "nested too deep", false, tooDeep },
+        { "INI group cut short", true, "[Billing%20Code\nMain%20Code=1\n" },
+        { "INI line that is no key", true, "[Billing%20Code]\nthis line is no key\n" },
+        { "INI value of no type", true, "code=@Variant(\\0\\0\\0\\x7f)\n" },
+        { "INI key with leading slash", true, "[%2Fa]\nb=1\n" },
+    };
+    for (const auto &c : damaged) {
+        SCOPED_TRACE(c.name);
+        QFile::remove(path);
+        QFile::remove(legacyPath);
+        const QString file = c.legacy ? legacyPath : path;
+        put(file, c.bytes);
         EXPECT_FALSE(readFresh(kDomain));
         // A replacement does not destroy what the user may still repair.
-        EXPECT_FALSE(writeFresh(kDomain, domain));
-        QFile kept(path);
-        EXPECT_TRUE(kept.open(QIODevice::ReadOnly) && kept.readAll() == bytes);
+        EXPECT_FALSE(writeFresh(kDomain, { { "code", "1" } }));
+        EXPECT_EQ(contents(file), c.bytes);
+        EXPECT_EQ(QFileInfo::exists(path), !c.legacy);
+    }
+
+    // A domain holding a value that would not read back is not written.
+    ASSERT_TRUE(QFile::remove(legacyPath));
+    for (const QVariant &value : { QVariant(QDateTime::currentDateTime()), QVariant(qQNaN()) }) {
+        EXPECT_FALSE(writeFresh(kDomain, { { "value", value } }));
+        EXPECT_FALSE(QFileInfo::exists(path));
     }
     // Nor does a folder in the place of the file count as a domain.
-    ASSERT_TRUE(QFile::remove(path) && QDir().mkpath(path));
+    ASSERT_TRUE(QDir().mkpath(path));
     EXPECT_FALSE(readFresh(kDomain));
-    EXPECT_FALSE(writeFresh(kDomain, domain));
+    EXPECT_FALSE(writeFresh(kDomain, { { "code", "1" } }));
     EXPECT_TRUE(QFileInfo(path).isDir());
+}
+
+TEST_F(UserDefaultsTest, FirstReleaseRecordIsReadAsTextAndTheNextWriteKeepsItAsJson)
+{
+    // As the first release wrote it.
+    QDir().mkpath(UserDefaults::preferencesDirectory());
+    {
+        QSettings ini(legacyPath, QSettings::IniFormat);
+        ini.setValue("Other", "kept, as is");
+        ini.beginGroup("Billing Code");
+        ini.setValue("Main Code", " 12; 34 ");
+        ini.setValue("Main Code CheckBox", true);
+        ini.setValue("hold button", 1);
+    }
+    const QByteArray iniBytes = contents(legacyPath);
+    const QVariantMap asText { { "Other", "kept, as is" },
+                               { "Billing Code", QVariantMap { { "Main Code", " 12; 34 " }, { "Main Code CheckBox", "true" },
+                                                               { "hold button", "1" } } } };
+    const std::optional<QVariantMap> read = readFresh(kDomain);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(typed(*read), typed(asText));
+
+    QVariantMap changed = *read;
+    changed.insert("Other", 7);
+    ASSERT_TRUE(writeFresh(kDomain, changed));
+    EXPECT_EQ(typed(readFresh(kDomain).value_or(QVariantMap())), typed(changed));
+    EXPECT_TRUE(QFileInfo::exists(path));
+    EXPECT_EQ(contents(legacyPath), iniBytes);
 }
 
 } // namespace
