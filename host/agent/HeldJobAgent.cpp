@@ -34,12 +34,14 @@ bool HeldJobAgent::start(QString *error)
 bool HeldJobAgent::tick(QString *error)
 {
     JobEventWatcher::Poll poll = m_watcher.poll();
-    if (poll.resync) {
+    m_resyncPending = m_resyncPending || poll.resync;
+    if (m_resyncPending && poll.error.isEmpty()) {
         // Subscribed first, listed second: a job created in between is in both.
         m_queues.forget();
         const std::optional<QList<HeldJob>> held = fetchHeldJobs(m_cups.http(), error);
         if (!held)
-            return false;
+            return false; // listed again next time
+        m_resyncPending = false;
         for (const HeldJob &job : *held) {
             if (!m_seen.contains(job.id) && m_queues.serves(m_cups, job.queue))
                 offer(job);

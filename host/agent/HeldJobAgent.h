@@ -45,6 +45,7 @@ private:
     QTimer m_timer;
     QSet<int> m_seen;    // offered in this run: never offered again
     QSet<int> m_offered; // offered and not done
+    bool m_resyncPending = false;
     bool m_failing = false;
 };
 
