@@ -60,6 +60,9 @@ ParseResult parseCommandLine(const QStringList &arguments)
         { QStringLiteral("--help"), [&] { options.help = true; } },
         { QStringLiteral("-h"), [&] { options.help = true; } },
         { QStringLiteral("--version"), [&] { options.version = true; } },
+        { QStringLiteral("--held"), [&] { options.held = true; } },
+        { QStringLiteral("--release-kept"), [&] { options.releaseKept = true; } },
+        { QStringLiteral("--agent"), [&] { options.agent = true; } },
     };
     // Each answers an error text, empty when the value is good.
     using Valued = std::function<QString(const QString &)>;
@@ -68,6 +71,13 @@ ParseResult parseCommandLine(const QStringList &arguments)
         { QStringLiteral("--ppd"), [&](const QString &v) { options.ppdFile = v; return QString(); } },
         { QStringLiteral("--screenshot"), [&](const QString &v) { options.screenshot = v; return QString(); } },
         { QStringLiteral("--plugins"), [&](const QString &v) { options.pluginFolders << v; return QString(); } },
+        { QStringLiteral("--queue"), [&](const QString &v) { options.queues << v; return QString(); } },
+        { QStringLiteral("--release"), [&](const QString &v) {
+              bool ok = false;
+              options.releaseJob = v.toInt(&ok);
+              return ok && options.releaseJob > 0 ? QString()
+                                                  : QStringLiteral("--release wants a job id, not \"%1\"").arg(v);
+          } },
         { QStringLiteral("--click"), [&](const QString &v) {
               options.actions.push_back({ ControlAction::Kind::Click, v, {} });
               return QString();
@@ -141,6 +151,14 @@ ParseResult parseCommandLine(const QStringList &arguments)
             return fail(error);
     }
 
+    const int heldModes = int(options.held) + int(options.releaseJob > 0) + int(options.agent);
+    if (heldModes > 1 || (options.held && options.releaseKept) || (options.releaseJob > 0 && options.releaseKept))
+        return fail(QStringLiteral("choose one of --held, --release, --agent (--release-kept goes with --agent)"));
+    if (heldModes > 0 || options.releaseKept) {
+        if (!options.files.isEmpty())
+            return fail(QStringLiteral("held jobs are already printed; leave out the file names"));
+        return { options, {} };
+    }
     if (!options.help && !options.version && !options.listPanels && options.files.isEmpty())
         return fail(QStringLiteral("no file to print (see --help)"));
     if (options.files.contains(QStringLiteral("-")))
@@ -170,6 +188,16 @@ QString usageText()
         "  --plugins DIR        look for panel plug-ins in DIR too\n"
         "  --screenshot FILE    save a PNG of the dialog once shown, then cancel it\n"
         "  --help, --version\n"
+        "\n"
+        "Jobs held by a queue (job-hold-until-default=indefinite), e.g. printed with lp:\n"
+        "  --held               list your held jobs the panels would handle\n"
+        "  --release JOB-ID     drive the job's panels (--click, --type) and release it;\n"
+        "                       with --dry-run, print its ticket instead\n"
+        "  --release-kept       release the held jobs of queues whose codes are kept\n"
+        "  --agent --no-dialog  watch for held jobs and release each with the same steps\n"
+        "                       (with --release-kept: only those with kept codes); SIGTERM stops it\n"
+        "  --queue NAME         serve only this queue (repeatable); default: the queues\n"
+        "                       whose PPD has an option a panel handles\n"
         "\n"
         "--click and --type are applied in the order given. Plug-ins are also found in\n"
         "the folders of $PDEPRINT_PLUGIN_PATH (separated by ':').\n");

@@ -39,6 +39,12 @@ struct Options
     QString pageRanges;         // "1-3,5"
     QString sides;              // one-sided, two-sided-long-edge, two-sided-short-edge
     QStringList files;
+    // Held jobs (host/agent): list, release one, release those with kept codes, watch.
+    bool held = false;
+    int releaseJob = 0;
+    bool releaseKept = false;
+    bool agent = false;
+    QStringList queues;         // --queue, repeatable: only these queues are served
 };
 
 struct ParseResult

@@ -26,6 +26,18 @@ QStringList metadataStrings(const QString &path, const char *key)
     return strings;
 }
 
+QMap<QString, QString> metadataStringMap(const QString &path, const char *key)
+{
+    const QJsonObject meta = QPluginLoader(path).metaData().value(QLatin1String("MetaData")).toObject();
+    QMap<QString, QString> map;
+    const QJsonObject object = meta.value(QLatin1String(key)).toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        if (it.value().isString())
+            map.insert(it.key(), it.value().toString());
+    }
+    return map;
+}
+
 } // namespace
 
 QStringList pluginSearchPath(const QStringList &extraFolders)
@@ -74,7 +86,8 @@ std::vector<LoadedPlugin> loadPlugins(const QStringList &folders, QStringList *w
             }
             identifiers.insert(bundle->bundleIdentifier());
             plugins.push_back({ bundle, factory, module.filePath(),
-                                metadataStrings(module.filePath(), "PreferenceDomainPrefixes") });
+                                metadataStrings(module.filePath(), "PreferenceDomainPrefixes"),
+                                metadataStringMap(module.filePath(), "KeptWhen") });
         }
     }
     return plugins;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -20,6 +21,10 @@ struct LoadedPlugin
     QString path;
     // Preference domains the host creates per printer: "<prefix><printer id>".
     QStringList preferenceDomainPrefixes;
+    // Print settings that, once the panels have saved, say the queue's record
+    // is kept ("KeptWhen" in the metadata): the agent may then release a held
+    // job without asking. Empty: never.
+    QMap<QString, QString> keptWhen;
 };
 
 // Folders searched for plug-ins, in order: the build tree's, the install

@@ -202,8 +202,12 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
         return fail(QStringLiteral("no connection to the CUPS server"));
     if (target.name != destination.printer.name && !destination.cups->hasQueue(target, &error))
         return fail(error);
+    // The job carries its ticket already: a holding queue must not keep it for the agent.
+    JobOptions submitted = jobOptions;
+    if (!submitted.others.contains(QStringLiteral("job-hold-until")))
+        submitted.others.insert(QStringLiteral("job-hold-until"), QStringLiteral("no-hold"));
     const int job = destination.cups->submit(target, QFileInfo(options.files.first()).fileName(), options.files,
-                                             jobOptions, &error);
+                                             submitted, &error);
     if (job <= 0)
         return fail(error);
     out << "request id is " << target.name << '-' << job << " (" << options.files.size() << " file(s))\n";

@@ -3,6 +3,7 @@
 
 #include "host/CommandLine.h"
 #include "host/PrintCommand.h"
+#include "host/agent/AgentCommand.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -47,12 +48,15 @@ int main(int argc, char **argv)
         return pdeprint::kExitOk;
     }
     // Without a window there is no need for a display, nor a failure without one.
-    if (!pdeprint::wantsDialog(options) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    const bool agentCommand = pdeprint::isAgentCommand(options);
+    const bool headless = agentCommand ? options.mode == pdeprint::DialogMode::Headless || !options.agent
+                                       : !pdeprint::wantsDialog(options);
+    if (headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
 
     defaultMessageHandler = qInstallMessageHandler(messageHandler);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pdeprint"));
     QApplication::setApplicationVersion(QStringLiteral(PDEPRINT_VERSION));
-    return pdeprint::runPrintCommand(options, out, err);
+    return agentCommand ? pdeprint::runAgentCommand(options, out, err) : pdeprint::runPrintCommand(options, out, err);
 }

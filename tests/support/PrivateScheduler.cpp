@@ -1,0 +1,183 @@
+#include "tests/support/PrivateScheduler.h"
+
+#include "tests/support/TestSupport.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <cups/cups.h>
+
+#include <arpa/inet.h>
+#include <grp.h>
+#include <pwd.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pdetest {
+
+namespace {
+
+int freeLoopbackPort()
+{
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof(address);
+    const bool bound = ::bind(fd, reinterpret_cast<sockaddr *>(&address), length) == 0
+        && ::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &length) == 0;
+    ::close(fd);
+    return bound ? ntohs(address.sin_port) : 0;
+}
+
+bool writeFile(const QString &path, const QString &text)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
+}
+
+} // namespace
+
+PrivateScheduler::PrivateScheduler() = default;
+
+PrivateScheduler::~PrivateScheduler()
+{
+    stop();
+}
+
+QString PrivateScheduler::start(const SchedulerOptions &options)
+{
+    m_port = freeLoopbackPort();
+    if (!m_root.isValid() || m_port == 0)
+        return QStringLiteral("no temporary folder or free port");
+    for (const char *folder : { "etc/ppd", "spool/tmp", "cache", "state", "log", "bin/backend", "records" })
+        QDir().mkpath(m_root.filePath(folder));
+    // Filters and notifiers are the system's; the backend folder is ours.
+    for (const char *folder : { "cgi-bin", "daemon", "driver", "filter", "monitor", "notifier" })
+        QFile::link(QStringLiteral("/usr/lib/cups/") + folder, m_root.filePath(QStringLiteral("bin/") + folder));
+    const QString backend = m_root.filePath("bin/backend/record");
+    if (!QFile::copy(QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-backend.sh"), backend))
+        return QStringLiteral("cannot install the recording backend");
+    // Root hands backends to lp, which must reach the spool and the records.
+    ::chmod(QFile::encodeName(backend).constData(), 0755);
+    ::chmod(QFile::encodeName(m_root.path()).constData(), 0755);
+    ::chmod(QFile::encodeName(m_root.filePath("records")).constData(), 01777);
+
+    const bool asRoot = ::geteuid() == 0;
+    const passwd *user = ::getpwuid(::geteuid());
+    const group *userGroup = ::getgrgid(::getegid());
+    const QString userName = QString::fromLocal8Bit(asRoot ? "lp" : user ? user->pw_name : "nobody");
+    const QString groupName = QString::fromLocal8Bit(asRoot ? "lp" : userGroup ? userGroup->gr_name : "nogroup");
+    QString conf = QStringLiteral("LogLevel info\nListen 127.0.0.1:%1\nListen %2/cups.sock\nServerName 127.0.0.1\n"
+                                  "Browsing No\nWebInterface No\nDefaultAuthType None\nJobRetryLimit 0\n"
+                                  "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n<Policy default>\n")
+                       .arg(m_port).arg(m_root.path());
+    for (const QString &line : options.policyLines)
+        conf += QStringLiteral("  ") + line + QLatin1Char('\n');
+    conf += QStringLiteral("  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
+    for (const QString &line : options.extraLines)
+        conf += line + QLatin1Char('\n');
+    const QString files = QStringLiteral("ServerRoot %1/etc\nServerBin %1/bin\nRequestRoot %1/spool\nTempDir %1/spool/tmp\n"
+                                         "CacheDir %1/cache\nStateDir %1/state\nErrorLog %1/log/error_log\n"
+                                         "AccessLog %1/log/access_log\nPageLog %1/log/page_log\nFileDevice Yes\n"
+                                         "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n")
+                              .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName);
+    if (!writeFile(m_root.filePath("etc/cupsd.conf"), conf) || !writeFile(m_root.filePath("etc/cups-files.conf"), files))
+        return QStringLiteral("cannot write the scheduler's configuration");
+
+    m_server = QStringLiteral("127.0.0.1:%1").arg(m_port);
+    qputenv("CUPS_SERVER", m_server.toUtf8()); // for the processes the test starts
+    cupsSetServer(m_server.toUtf8().constData());
+    if (QString error = launch(); !error.isEmpty())
+        return error;
+    for (const QueueSpec &queue : options.queues) {
+        QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records"),
+                              "-P", queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd };
+        if (queue.holdsJobs)
+            lpadmin << "-o" << "job-hold-until-default=indefinite";
+        QProcess process;
+        process.start(QStringLiteral("/usr/sbin/lpadmin"), lpadmin);
+        if (!process.waitForFinished(30000) || process.exitCode() != 0)
+            return "lpadmin failed: " + QString::fromUtf8(process.readAllStandardError()) + log();
+    }
+    return {};
+}
+
+QString PrivateScheduler::launch()
+{
+    m_cupsd = std::make_unique<QProcess>();
+    m_cupsd->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_cupsd->setStandardInputFile(QProcess::nullDevice());
+    // Dies with the test process, should that go first.
+    m_cupsd->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    m_cupsd->start(QStringLiteral("/usr/sbin/cupsd"),
+                   { "-f", "-c", m_root.filePath("etc/cupsd.conf"), "-s", m_root.filePath("etc/cups-files.conf") });
+    if (!m_cupsd->waitForStarted(10000))
+        return QStringLiteral("cupsd did not start");
+    const bool up = waitUntil([this] {
+        if (m_cupsd->state() != QProcess::Running)
+            return true;
+        http_t *http = httpConnect2("127.0.0.1", m_port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
+        httpClose(http);
+        return http != nullptr;
+    });
+    if (!up || m_cupsd->state() != QProcess::Running)
+        return QStringLiteral("cupsd did not come up on %1:\n%2").arg(m_server, log());
+    return {};
+}
+
+QString PrivateScheduler::restart()
+{
+    stop();
+    return launch();
+}
+
+void PrivateScheduler::stop()
+{
+    if (!m_cupsd)
+        return;
+    m_cupsd->terminate();
+    m_cupsd->waitForFinished(20000);
+    m_cupsd.reset(); // kills it if it did not stop
+}
+
+QString PrivateScheduler::recordedOptions(int jobId) const
+{
+    QFile file(m_root.filePath(QStringLiteral("records/%1").arg(jobId)));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+}
+
+QString PrivateScheduler::log() const
+{
+    QFile file(m_root.filePath("log/error_log"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().right(4000)) : QString();
+}
+
+bool waitUntil(const std::function<bool()> &done, int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > timeoutMs)
+            return done();
+        QThread::msleep(20);
+    }
+    return true;
+}
+
+QMap<QString, QString> parseOptions(const QString &options)
+{
+    cups_option_t *parsed = nullptr;
+    const int count = cupsParseOptions(options.toUtf8().constData(), 0, &parsed);
+    QMap<QString, QString> map;
+    for (int i = 0; i < count; ++i)
+        map.insert(QString::fromUtf8(parsed[i].name), QString::fromUtf8(parsed[i].value));
+    cupsFreeOptions(count, parsed);
+    return map;
+}
+
+} // namespace pdetest

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QMap>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace pdetest {
+
+struct QueueSpec
+{
+    QString name;
+    bool holdsJobs = false; // job-hold-until-default=indefinite
+    QString ppd;            // empty: the sample PPD
+};
+
+struct SchedulerOptions
+{
+    std::vector<QueueSpec> queues;
+    // Lines added to cupsd.conf inside <Policy default>, before its <Limit All>.
+    QStringList policyLines;
+    // Lines added to cupsd.conf after everything else.
+    QStringList extraLines;
+};
+
+// A cupsd of the test's own on a free loopback port, every file in a
+// temporary folder. Queues print to a recording backend: each job that runs
+// leaves its options argument in records/<job id>. Sets CUPS_SERVER for the
+// processes the test starts and for libcups in the test itself.
+class PrivateScheduler
+{
+public:
+    PrivateScheduler();
+    ~PrivateScheduler();
+    PrivateScheduler(const PrivateScheduler &) = delete;
+    PrivateScheduler &operator=(const PrivateScheduler &) = delete;
+
+    // Empty on success, else what went wrong with the scheduler's log.
+    QString start(const SchedulerOptions &options);
+    // Stops and starts the same scheduler: queues, jobs and subscriptions stay.
+    QString restart();
+    void stop();
+
+    QString server() const { return m_server; }
+    // The options argument the backend received for the job; empty until it ran.
+    QString recordedOptions(int jobId) const;
+    QString log() const;
+
+private:
+    QString launch();
+
+    QTemporaryDir m_root;
+    std::unique_ptr<QProcess> m_cupsd;
+    QString m_server;
+    int m_port = 0;
+};
+
+// Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.
+bool waitUntil(const std::function<bool()> &done, int timeoutMs = 20000);
+
+// Options parsed the way a backend parses its options argument.
+QMap<QString, QString> parseOptions(const QString &options);
+
+} // namespace pdetest
