@@ -2,22 +2,14 @@
 // job's attributes, kept codes come back on the next job, bad input sends nothing.
 
 #include "tests/host/PdeprintProcess.h"
+#include "tests/support/PrivateScheduler.h"
 #include "tests/support/TestSupport.h"
 
-#include <QDir>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <cups/cups.h>
 #include <gtest/gtest.h>
-
-#include <arpa/inet.h>
-#include <grp.h>
-#include <pwd.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace hosttest;
 
@@ -26,94 +18,8 @@ namespace {
 constexpr char kQueue[] = "qr7150k";
 const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
-int freeLoopbackPort()
-{
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in address {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof(address);
-    const bool bound = ::bind(fd, reinterpret_cast<sockaddr *>(&address), length) == 0
-        && ::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &length) == 0;
-    ::close(fd);
-    return bound ? ntohs(address.sin_port) : 0;
-}
-
-// One scheduler for the test process on a free loopback port, every file in a
-// temporary folder, with the queue. Stopped after the last test however the
-// tests went, and with the test process should that die first.
-class PrivateScheduler : public ::testing::Environment
-{
-public:
-    void SetUp() override { error = start(); }
-    void TearDown() override
-    {
-        cupsd->terminate();
-        cupsd->waitForFinished(10000);
-        cupsd.reset(); // kills it if it did not stop
-    }
-
-    QString error;
-
-private:
-    QString start()
-    {
-        cupsd = std::make_unique<QProcess>();
-        const int port = freeLoopbackPort();
-        if (!root.isValid() || port == 0)
-            return QStringLiteral("no temporary folder or free port");
-        for (const char *folder : { "etc/ppd", "spool/tmp", "cache", "state", "log" })
-            QDir().mkpath(root.filePath(folder));
-        auto write = [this](const char *name, const QString &text) {
-            QFile file(root.filePath(name));
-            return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
-        };
-        auto log = [this] {
-            QFile file(root.filePath("log/error_log"));
-            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().right(4000)) : QString();
-        };
-        // Root hands filters to lp, which must reach the spool; anyone else runs them as themselves.
-        const bool asRoot = ::geteuid() == 0;
-        ::chmod(QFile::encodeName(root.path()).constData(), 0755);
-        const passwd *user = ::getpwuid(::geteuid());
-        const group *userGroup = ::getgrgid(::getegid());
-        const QString userName = QString::fromLocal8Bit(asRoot ? "lp" : user ? user->pw_name : "nobody");
-        const QString groupName = QString::fromLocal8Bit(asRoot ? "lp" : userGroup ? userGroup->gr_name : "nogroup");
-        write("cupsd.conf", QStringLiteral("LogLevel info\nListen 127.0.0.1:%1\nListen %2/cups.sock\nServerName 127.0.0.1\n"
-                                           "Browsing No\nWebInterface No\nDefaultAuthType None\nJobRetryLimit 0\n"
-                                           "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
-                                           "<Policy default>\n  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n")
-                                .arg(port).arg(root.path()));
-        write("cups-files.conf", QStringLiteral("ServerRoot %1/etc\nRequestRoot %1/spool\nTempDir %1/spool/tmp\n"
-                                                "CacheDir %1/cache\nStateDir %1/state\nErrorLog %1/log/error_log\n"
-                                                "AccessLog %1/log/access_log\nPageLog %1/log/page_log\nFileDevice Yes\n"
-                                                "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n")
-                                     .arg(root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName));
-
-        cupsd->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        cupsd->setStandardInputFile(QProcess::nullDevice());
-        cupsd->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-        cupsd->start("/usr/sbin/cupsd", { "-f", "-c", root.filePath("cupsd.conf"), "-s", root.filePath("cups-files.conf") });
-        const QByteArray server = QStringLiteral("127.0.0.1:%1").arg(port).toUtf8();
-        qputenv("CUPS_SERVER", server); // for pdeprint and lpadmin
-        cupsSetServer(server.constData());
-        for (int attempt = 0; attempt < 100 && cupsd->waitForStarted(5000); ++attempt) {
-            if (http_t *http = httpConnect2("127.0.0.1", port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr)) {
-                httpClose(http);
-                const QStringList lpadmin { "-p", kQueue, "-E", "-v", "file:/dev/null", "-P", pdetest::samplePpdPath() };
-                return QProcess::execute("/usr/sbin/lpadmin", lpadmin) == 0 ? QString() : "lpadmin failed:\n" + log();
-            }
-            ::usleep(100000);
-        }
-        return QStringLiteral("cupsd did not come up on %1:\n%2").arg(QString::fromUtf8(server), log());
-    }
-
-    QTemporaryDir root;
-    std::unique_ptr<QProcess> cupsd;
-};
-
-PrivateScheduler *const scheduler =
-    static_cast<PrivateScheduler *>(::testing::AddGlobalTestEnvironment(new PrivateScheduler));
+pdetest::PrivateScheduler *const scheduler = static_cast<pdetest::PrivateScheduler *>(
+    ::testing::AddGlobalTestEnvironment(new pdetest::PrivateScheduler({ kQueue })));
 
 // The job's attributes as text, read back over IPP; empty when there is no such job.
 QMap<QString, QString> jobAttributes(int jobId)
@@ -208,4 +114,33 @@ TEST_F(JobsThroughCups, BadQueuesAndChoicesSendNothing)
         EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
     }
     EXPECT_EQ(jobCount(), jobsBefore);
+}
+
+// lp's order: the instance's saved options, then the command line's on top.
+TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
+{
+    QTemporaryDir home;
+    QDir(home.path()).mkpath(".cups");
+    QFile lpoptions(home.filePath(".cups/lpoptions"));
+    ASSERT_TRUE(lpoptions.open(QIODevice::WriteOnly));
+    lpoptions.write(QByteArray("Dest ") + kQueue + "/duplex sides=two-sided-long-edge media=a5\n");
+    lpoptions.close();
+    const QByteArray ownHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toUtf8());
+    const QString instance = QString::fromLatin1(kQueue) + "/duplex";
+    const struct { QStringList extra; QStringList expected; QStringList absent; } cases[] = {
+        { {}, { "sides=two-sided-long-edge", "media=a5" }, { "printer-state=3" } },
+        { { "--sides", "one-sided", "-o", "media=a4" }, { "sides=one-sided", "media=a4" }, { "media=a5" } },
+    };
+    for (const auto &c : cases) {
+        const RunResult result =
+            runPdeprint(QStringList { "--no-dialog", "--dry-run", "--printer", instance } + c.extra + QStringList { sampleText() });
+        const QStringList lines = result.out.split('\n');
+        ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
+        for (const QString &line : c.expected)
+            EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
+        for (const QString &line : c.absent)
+            EXPECT_FALSE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
+    }
+    qputenv("HOME", ownHome);
 }
