@@ -46,9 +46,11 @@ int main(int argc, char **argv)
         out << "pdeprint " PDEPRINT_VERSION "\n";
         return pdeprint::kExitOk;
     }
-    // Without a window there is no need for a display, nor a failure without one.
-    if (!pdeprint::wantsDialog(options) && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a window there is no need for a display, nor a failure without
+    // one. The minimal platform, unlike offscreen, loads no X11 or GL libraries
+    // and reads no font configuration, which the panels' unshown views never need.
+    if (!pdeprint::wantsDialog(options))
+        qputenv("QT_QPA_PLATFORM", "minimal");
 
     defaultMessageHandler = qInstallMessageHandler(messageHandler);
     QApplication app(argc, argv);
