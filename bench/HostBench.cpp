@@ -153,7 +153,9 @@ struct ChildRun
     double peakMiB = 0;
 };
 
-ChildRun runOnce(const QString &program, const QStringList &arguments)
+// The child gets this process's environment, with the Qt platform replaced
+// when one is given.
+ChildRun runOnce(const QString &program, const QStringList &arguments, const QByteArray &platform = {})
 {
     QList<QByteArray> storage { QFile::encodeName(program) };
     for (const QString &argument : arguments)
@@ -162,13 +164,22 @@ ChildRun runOnce(const QString &program, const QStringList &arguments)
     for (QByteArray &item : storage)
         argv.push_back(item.data());
     argv.push_back(nullptr);
+    const QByteArray platformEntry = "QT_QPA_PLATFORM=" + platform;
+    std::vector<char *> environment;
+    for (char **entry = environ; *entry; ++entry) {
+        if (platform.isEmpty() || !QByteArray(*entry).startsWith("QT_QPA_PLATFORM="))
+            environment.push_back(*entry);
+    }
+    if (!platform.isEmpty())
+        environment.push_back(const_cast<char *>(platformEntry.constData()));
+    environment.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     QElapsedTimer timer;
     timer.start();
     pid_t pid = 0;
-    const int spawned = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+    const int spawned = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environment.data());
     posix_spawn_file_actions_destroy(&actions);
     ChildRun run;
     int status = 0;
@@ -188,12 +199,14 @@ double median(std::vector<double> values)
 
 // The headless dry run beside a program that only makes a QApplication and a
 // QPrinter, in turns, so that both see the same machine load. The iteration
-// time is the dry run's; the counters are medians over the iterations.
-void dryRunBesideBarePrinter(benchmark::State &state)
+// time is the dry run's; the counters are medians over the iterations. The
+// bare program runs on the given Qt platform: offscreen, as the environment
+// says, or minimal, the one pdeprint picks itself for a run without a window.
+void dryRunBesideBarePrinter(benchmark::State &state, const char *barePlatform)
 {
     std::vector<double> dryMs, bareMs, ratios, dryPeak, barePeak;
     for (auto _ : state) {
-        const ChildRun bare = runOnce(QStringLiteral(PDEBENCH_BARE_PRINTER), {});
+        const ChildRun bare = runOnce(QStringLiteral(PDEBENCH_BARE_PRINTER), {}, barePlatform);
         const ChildRun dry = runOnce(pdeprint(), dryRunArguments());
         if (bare.wallMs < 0 || dry.wallMs < 0) {
             skipWithError(state, QStringLiteral("a run failed"));
@@ -240,7 +253,11 @@ BENCHMARK_CAPTURE(loadInChild, qt, qtImagePlugin(), LoadSteps::RootObject)
 
 BENCHMARK(pdeprintDryRun)->Name("process/pdeprint_dry_run")->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(pdeprintVersion)->Name("process/ref:pdeprint_--version")->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(dryRunBesideBarePrinter)->Name("process/pdeprint_dry_run,beside_ref:QApplication+QPrinter")
+BENCHMARK_CAPTURE(dryRunBesideBarePrinter, offscreen, "offscreen")
+    ->Name("process/pdeprint_dry_run,beside_ref:QApplication+QPrinter,offscreen")
+    ->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(dryRunBesideBarePrinter, minimal, "minimal")
+    ->Name("process/pdeprint_dry_run,beside_ref:QApplication+QPrinter,minimal")
     ->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 
 // A QApplication for the plug-ins, and private preferences for the panels and
