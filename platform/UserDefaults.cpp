@@ -196,11 +196,17 @@ bool UserDefaults::synchronize()
     bool ok = true;
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
         const QString path = fileNameForDomain(it.key());
-        // A file that does not read as a domain may be the user's to repair.
-        if (QFileInfo::exists(path) && !readDomainFile(path)) {
-            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(path));
-            ok = false;
-            continue;
+        if (QFileInfo::exists(path)) {
+            const std::optional<QVariantMap> stored = readDomainFile(path);
+            // A file that does not read as a domain may be the user's to repair.
+            if (!stored) {
+                qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(path));
+                ok = false;
+                continue;
+            }
+            // Nothing changed: a rewrite would cost two disk syncs and keep the same record.
+            if (*stored == it.value())
+                continue;
         }
         ok = writeDomainFile(path, it.value()) && ok;
     }
