@@ -1,6 +1,7 @@
 // What the plug-in costs a host process: loading the module cold beside
 // loading one of Qt's own plug-ins, and a whole headless pdeprint run beside
-// the same program's start-up without a QApplication.
+// the same program's start-up without a QApplication and beside a bare
+// QApplication + QPrinter program (wall time ratio and peak memory).
 
 #include "bench/BenchEnvironment.h"
 #include "platform/Bundle.h"
@@ -17,6 +18,12 @@
 #include <QProcess>
 
 #include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <fcntl.h>
+#include <spawn.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -138,6 +145,88 @@ void runPdeprint(benchmark::State &state, const QStringList &arguments)
         benchmark::Counter((childCpuSeconds() - cpuBefore) * 1e3, benchmark::Counter::kAvgIterations);
 }
 
+// One whole run of a program: its wall time and its own peak resident size,
+// from wait4 so that each child is measured alone.
+struct ChildRun
+{
+    double wallMs = -1;
+    double peakMiB = 0;
+};
+
+// The child gets this process's environment, with the Qt platform replaced
+// when one is given.
+ChildRun runOnce(const QString &program, const QStringList &arguments, const QByteArray &platform = {})
+{
+    QList<QByteArray> storage { QFile::encodeName(program) };
+    for (const QString &argument : arguments)
+        storage << argument.toLocal8Bit();
+    std::vector<char *> argv;
+    for (QByteArray &item : storage)
+        argv.push_back(item.data());
+    argv.push_back(nullptr);
+    const QByteArray platformEntry = "QT_QPA_PLATFORM=" + platform;
+    std::vector<char *> environment;
+    for (char **entry = environ; *entry; ++entry) {
+        if (platform.isEmpty() || !QByteArray(*entry).startsWith("QT_QPA_PLATFORM="))
+            environment.push_back(*entry);
+    }
+    if (!platform.isEmpty())
+        environment.push_back(const_cast<char *>(platformEntry.constData()));
+    environment.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    QElapsedTimer timer;
+    timer.start();
+    pid_t pid = 0;
+    const int spawned = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environment.data());
+    posix_spawn_file_actions_destroy(&actions);
+    ChildRun run;
+    int status = 0;
+    rusage usage {};
+    if (spawned != 0 || wait4(pid, &status, 0, &usage) != pid || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        return run;
+    run.wallMs = double(timer.nsecsElapsed()) / 1e6;
+    run.peakMiB = double(usage.ru_maxrss) / 1024.0;
+    return run;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+// The headless dry run beside a program that only makes a QApplication and a
+// QPrinter, in turns, so that both see the same machine load. The iteration
+// time is the dry run's; the counters are medians over the iterations. The
+// bare program runs on the given Qt platform: offscreen, as the environment
+// says, or minimal, the one pdeprint picks itself for a run without a window.
+void dryRunBesideBarePrinter(benchmark::State &state, const char *barePlatform)
+{
+    std::vector<double> dryMs, bareMs, ratios, dryPeak, barePeak;
+    for (auto _ : state) {
+        const ChildRun bare = runOnce(QStringLiteral(PDEBENCH_BARE_PRINTER), {}, barePlatform);
+        const ChildRun dry = runOnce(pdeprint(), dryRunArguments());
+        if (bare.wallMs < 0 || dry.wallMs < 0) {
+            skipWithError(state, QStringLiteral("a run failed"));
+            return;
+        }
+        state.SetIterationTime(dry.wallMs / 1e3);
+        dryMs.push_back(dry.wallMs);
+        bareMs.push_back(bare.wallMs);
+        ratios.push_back(dry.wallMs / bare.wallMs);
+        dryPeak.push_back(dry.peakMiB);
+        barePeak.push_back(bare.peakMiB);
+    }
+    state.counters["dry_run_ms"] = median(dryMs);
+    state.counters["bare_ms"] = median(bareMs);
+    state.counters["wall_ratio"] = median(ratios);
+    state.counters["dry_run_peak_MiB"] = median(dryPeak);
+    state.counters["bare_peak_MiB"] = median(barePeak);
+    state.counters["peak_above_MiB"] = median(dryPeak) - median(barePeak);
+}
+
 void pdeprintVersion(benchmark::State &state)
 {
     runPdeprint(state, { QStringLiteral("--version") });
@@ -164,6 +253,12 @@ BENCHMARK_CAPTURE(loadInChild, qt, qtImagePlugin(), LoadSteps::RootObject)
 
 BENCHMARK(pdeprintDryRun)->Name("process/pdeprint_dry_run")->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(pdeprintVersion)->Name("process/ref:pdeprint_--version")->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(dryRunBesideBarePrinter, offscreen, "offscreen")
+    ->Name("process/pdeprint_dry_run,beside_ref:QApplication+QPrinter,offscreen")
+    ->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(dryRunBesideBarePrinter, minimal, "minimal")
+    ->Name("process/pdeprint_dry_run,beside_ref:QApplication+QPrinter,minimal")
+    ->UseManualTime()->Iterations(20)->Unit(benchmark::kMillisecond);
 
 // A QApplication for the plug-ins, and private preferences for the panels and
 // for the pdeprint processes, which inherit the environment.

@@ -1,7 +1,9 @@
 #include "host/ControlActions.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QCoreApplication>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWidget>
@@ -38,6 +40,43 @@ void typeText(QLineEdit *field, const QString &text)
     }
 }
 
+// The checkable buttons that share a row of the grid with the control: its
+// own check box, or a keep toggle beside it.
+QList<QAbstractButton *> rowMates(QWidget *control)
+{
+    QList<QAbstractButton *> mates;
+    QWidget *parent = control->parentWidget();
+    auto *grid = parent ? qobject_cast<QGridLayout *>(parent->layout()) : nullptr;
+    const int index = grid ? grid->indexOf(control) : -1;
+    if (index < 0)
+        return mates;
+    int row = 0, column = 0, rows = 0, columns = 0;
+    grid->getItemPosition(index, &row, &column, &rows, &columns);
+    for (int i = 0; i < grid->count(); ++i) {
+        int otherRow = 0, otherRows = 0;
+        grid->getItemPosition(i, &otherRow, &column, &otherRows, &columns);
+        auto *button = qobject_cast<QAbstractButton *>(grid->itemAt(i)->widget());
+        if (button && button != control && button->isCheckable() && otherRow < row + rows && row < otherRow + otherRows)
+            mates << button;
+    }
+    return mates;
+}
+
+// Why the user cannot change the control, and which click would let them.
+QString whyUnusable(QWidget *control, const QString &what, const QString &otherwise)
+{
+    const QList<QAbstractButton *> mates = rowMates(control);
+    for (QAbstractButton *toggle : mates) {
+        if (!qobject_cast<QCheckBox *>(toggle) && toggle->isChecked())
+            return QStringLiteral("%1 is kept; click \"%2\" to unlock it first").arg(what, toggle->objectName());
+    }
+    for (QAbstractButton *checkBox : mates) {
+        if (qobject_cast<QCheckBox *>(checkBox) && !checkBox->isChecked())
+            return QStringLiteral("%1 is greyed while \"%2\" is off; click \"%2\" first").arg(what, checkBox->objectName());
+    }
+    return QStringLiteral("%1 is %2").arg(what, otherwise);
+}
+
 } // namespace
 
 bool applyControlActions(const QList<QWidget *> &views, const std::vector<ControlAction> &actions,
@@ -54,7 +93,7 @@ bool applyControlActions(const QList<QWidget *> &views, const std::vector<Contro
             return false;
         }
         if (!control->isEnabled()) {
-            *error = QStringLiteral("control \"%1\" is disabled").arg(action.control);
+            *error = whyUnusable(control, QStringLiteral("control \"%1\"").arg(action.control), QStringLiteral("disabled"));
             return false;
         }
         if (action.kind == ControlAction::Kind::Click) {
@@ -71,7 +110,7 @@ bool applyControlActions(const QList<QWidget *> &views, const std::vector<Contro
                 return false;
             }
             if (field->isReadOnly()) {
-                *error = QStringLiteral("field \"%1\" is locked").arg(action.control);
+                *error = whyUnusable(field, QStringLiteral("field \"%1\"").arg(action.control), QStringLiteral("locked"));
                 return false;
             }
             typeText(field, action.text);

@@ -3,6 +3,8 @@
 #include "host/ControlActions.h"
 #include "host/PanelSession.h"
 
+#include <QComboBox>
+#include <QFileInfo>
 #include <QPageRanges>
 #include <QPixmap>
 #include <QPrintDialog>
@@ -16,9 +18,12 @@
 
 namespace pdeprint {
 
-DialogDriver::DialogDriver(PanelSession &session, const QString &printerName, const Options &options)
-    : m_session(session)
+DialogDriver::DialogDriver(PanelSession &session, const QString &printerName, const Options &options,
+                           PrinterSwitch switchPrinter)
+    : m_session(&session)
+    , m_printerName(printerName)
     , m_options(options)
+    , m_switchPrinter(std::move(switchPrinter))
     , m_printer(std::make_unique<QPrinter>(QPrinter::HighResolution))
 {
     if (!printerName.isEmpty())
@@ -43,19 +48,62 @@ void DialogDriver::prepare()
 {
     if (m_dialog)
         return;
-    m_session.open();
-    m_session.loadViews();
+    m_dialog = std::make_unique<QPrintDialog>(m_printer.get());
+    m_dialog->setOption(QAbstractPrintDialog::PrintPageRange, true);
+    // Only queues can take the job ticket.
+    m_dialog->setOption(QAbstractPrintDialog::PrintToFile, false);
+    if (!m_options.files.isEmpty())
+        m_dialog->setWindowTitle(QPrintDialog::tr("Print %1").arg(QFileInfo(m_options.files.first()).fileName()));
+    addPanelTabs();
+    // Whoever opens pdeprint comes for the panels: show them at once.
+    if (!m_session->panels().empty())
+        selectPanelTab(m_session->panels().front().name);
+    QObject::connect(m_dialog.get(), &QDialog::accepted, [this] { m_session->accept(); });
+    if (auto *printers = m_dialog->findChild<QComboBox *>(QStringLiteral("printers"))) {
+        QObject::connect(printers, &QComboBox::currentTextChanged, m_dialog.get(),
+                         [this](const QString &name) { printerChosen(name); });
+    }
+}
+
+void DialogDriver::addPanelTabs()
+{
+    m_session->open();
+    m_session->loadViews();
     QList<QWidget *> tabs;
-    for (auto &entry : m_session.panels()) {
+    for (auto &entry : m_session->panels()) {
         if (!entry.view)
             continue;
         entry.view->setWindowTitle(entry.name);
         tabs << entry.view;
     }
-    m_dialog = std::make_unique<QPrintDialog>(m_printer.get());
-    m_dialog->setOption(QAbstractPrintDialog::PrintPageRange, true);
     m_dialog->setOptionTabs(tabs);
-    QObject::connect(m_dialog.get(), &QDialog::accepted, [this] { m_session.accept(); });
+}
+
+// The old panels and their views go; nothing typed for the old printer is
+// carried over, the new panels restore what their own printer kept.
+void DialogDriver::printerChosen(const QString &printerName)
+{
+    if (printerName.isEmpty() || printerName == m_printerName || !m_switchPrinter)
+        return;
+    std::vector<QPointer<QWidget>> oldViews;
+    for (auto &entry : m_session->panels())
+        oldViews.emplace_back(entry.view);
+    QString error;
+    PanelSession *next = m_switchPrinter(printerName, &error);
+    if (!next) {
+        m_runError = error;
+        m_dialog->reject();
+        return;
+    }
+    for (QPointer<QWidget> &view : oldViews)
+        delete view.data();
+    m_session = next;
+    m_printerName = printerName;
+    addPanelTabs();
+    if (m_shown)
+        m_session->showPanels();
+    if (!m_session->panels().empty())
+        selectPanelTab(m_session->panels().front().name);
 }
 
 bool DialogDriver::selectPanelTab(const QString &panelName)
@@ -66,7 +114,7 @@ bool DialogDriver::selectPanelTab(const QString &panelName)
         for (int i = 0; i < tabWidget->count(); ++i) {
             if (tabWidget->tabText(i) == panelName) {
                 tabWidget->setCurrentIndex(i);
-                if (!tabWidget->isVisible())
+                if (!tabWidget->isVisibleTo(m_dialog.get()))
                     expandOptions();
                 return true;
             }
@@ -79,7 +127,7 @@ bool DialogDriver::selectPanelTab(const QString &panelName)
 void DialogDriver::expandOptions()
 {
     for (QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
-        if (button->isVisible() && button->text().contains(QLatin1String(">>"))) {
+        if (button->isVisibleTo(m_dialog.get()) && button->text().contains(QLatin1String(">>"))) {
             button->click();
             return;
         }
@@ -88,15 +136,11 @@ void DialogDriver::expandOptions()
 
 void DialogDriver::whenShown()
 {
-    m_session.showPanels();
+    m_shown = true;
+    m_session->showPanels();
     QList<QWidget *> views;
-    for (auto &entry : m_session.panels()) {
+    for (auto &entry : m_session->panels()) {
         views << entry.view;
-    }
-    // Controls live on tabs the user must bring forward first.
-    if (!m_options.actions.empty() || !m_options.screenshot.isEmpty()) {
-        if (!m_session.panels().empty())
-            selectPanelTab(m_session.panels().front().name);
     }
     QString error;
     if (!applyControlActions(views, m_options.actions, true, &error)) {

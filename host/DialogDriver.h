@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 #include "host/CommandLine.h"
@@ -14,11 +15,17 @@ namespace pdeprint {
 
 class PanelSession;
 
+// Answers the panels of the printer chosen in the dialog, the previous
+// printer's panels already destroyed; null with a reason when it cannot.
+using PrinterSwitch = std::function<PanelSession *(const QString &printerName, QString *error)>;
+
 // Qt's print dialog with one option tab per panel, titled by the panel's name.
+// Choosing another printer replaces the panels' tabs with that printer's.
 class DialogDriver
 {
 public:
-    DialogDriver(PanelSession &session, const QString &printerName, const Options &options);
+    DialogDriver(PanelSession &session, const QString &printerName, const Options &options,
+                 PrinterSwitch switchPrinter);
     ~DialogDriver();
     DialogDriver(const DialogDriver &) = delete;
     DialogDriver &operator=(const DialogDriver &) = delete;
@@ -39,14 +46,19 @@ public:
     bool printsToFile() const;
 
 private:
+    void addPanelTabs();
     void whenShown();
     void expandOptions();
+    void printerChosen(const QString &printerName);
 
-    PanelSession &m_session;
+    PanelSession *m_session;
+    QString m_printerName;
     Options m_options;
+    PrinterSwitch m_switchPrinter;
     std::unique_ptr<QPrinter> m_printer;
     std::unique_ptr<QPrintDialog> m_dialog;
     QString m_runError;
+    bool m_shown = false;
 };
 
 } // namespace pdeprint

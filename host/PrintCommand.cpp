@@ -7,89 +7,16 @@
 #include "host/JobOptions.h"
 #include "host/PanelSession.h"
 #include "host/PluginLoader.h"
-#include "host/PreferenceDomains.h"
 #include "host/PrintableFile.h"
+#include "host/printer/Destination.h"
+#include "host/printer/PrinterPanels.h"
+#include "host/printer/SavedOptions.h"
 
 #include <QFileInfo>
 
 namespace pdeprint {
 
 namespace {
-
-struct PpdCloser
-{
-    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-};
-using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
-
-pde::Printer printerFromName(const QString &name)
-{
-    const qsizetype slash = name.indexOf(QLatin1Char('/'));
-    if (slash < 0)
-        return { name, {} };
-    return { name.left(slash), name.mid(slash + 1) };
-}
-
-// Everything a run needs before the panels are made.
-struct Destination
-{
-    pde::Printer printer;
-    PpdPtr ppd;
-    std::unique_ptr<CupsConnection> cups; // null for a dry run with its own PPD
-};
-
-bool findDestination(const Options &options, Destination *destination, QString *error)
-{
-    // A dry run with a PPD of its own needs no server at all.
-    const bool needsServer = !options.dryRun || options.ppdFile.isEmpty() || options.printer.isEmpty();
-    if (!options.ppdFile.isEmpty()) {
-        const QByteArray path = QFile::encodeName(options.ppdFile);
-        destination->ppd.reset(ppdOpenFile(path.constData()));
-        if (!destination->ppd) {
-            *error = QStringLiteral("%1: not a readable PPD file").arg(options.ppdFile);
-            return false;
-        }
-        ppdMarkDefaults(destination->ppd.get());
-    }
-    if (!needsServer) {
-        destination->printer = printerFromName(options.printer);
-        return true;
-    }
-    destination->cups = CupsConnection::open(error);
-    if (!destination->cups)
-        return false;
-    if (options.printer.isEmpty()) {
-        std::optional<pde::Printer> queue = destination->cups->defaultQueue();
-        if (!queue) {
-            *error = QStringLiteral("no printer given and the CUPS server has no default printer (use --printer)");
-            return false;
-        }
-        destination->printer = *queue;
-    } else {
-        destination->printer = printerFromName(options.printer);
-        if (!destination->cups->hasQueue(destination->printer, error))
-            return false;
-    }
-    if (!destination->ppd)
-        destination->ppd.reset(destination->cups->openQueuePpd(destination->printer, error));
-    // A driverless queue has no PPD; its panels then work without one.
-    return true;
-}
-
-// -o choices of PPD options must agree with the PPD's constraints.
-bool markPpdOptions(const Options &options, HostCallback &callback, ppd_file_t *ppd, QString *error)
-{
-    for (const auto &[name, value] : options.jobOptions) {
-        if (!ppd || !ppdFindOption(ppd, name.toUtf8().constData()))
-            continue;
-        if (!callback.willChangePPDOptionKeyValue(name, value)) {
-            *error = QStringLiteral("-o %1=%2: not a choice of the printer, or in conflict with its other settings")
-                         .arg(name, value);
-            return false;
-        }
-    }
-    return true;
-}
 
 int listPanels(const std::vector<LoadedPlugin> &plugins, QTextStream &out)
 {
@@ -142,34 +69,37 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     if (!error.isEmpty())
         err << "pdeprint: warning: " << error << Qt::endl;
 
-    auto callback = std::make_shared<HostCallback>(destination.printer, destination.ppd.get());
-    if (!markPpdOptions(options, *callback, destination.ppd.get(), &error))
+    std::unique_ptr<PrinterPanels> panels =
+        PrinterPanels::create(plugins, destination.printer, std::move(destination.ppd), options, &error);
+    if (!panels)
         return fail(error);
 
-    QStringList prefixes;
-    for (const LoadedPlugin &plugin : plugins)
-        prefixes << plugin.preferenceDomainPrefixes;
-    if (!ensurePreferenceDomains(prefixes, PMPrinterGetID(&destination.printer), &error))
-        return fail(error);
-
-    PanelSession session(plugins, callback);
     DialogSettings dialogSettings { options.copies, options.pageRanges, options.sides };
-    pde::Printer target = destination.printer;
     std::unique_ptr<DialogDriver> driver; // outlives the panels' views
     if (dialog) {
-        driver = std::make_unique<DialogDriver>(session, PMPrinterGetID(&destination.printer), options);
+        // Another printer gets panels of its own; the old ones stay until
+        // the new ones exist, so that a failure leaves the dialog whole.
+        auto switchPrinter = [&](const QString &name, QString *why) -> PanelSession * {
+            if (!switchDestination(name, &destination, why))
+                return nullptr;
+            std::unique_ptr<PrinterPanels> next =
+                PrinterPanels::create(plugins, destination.printer, std::move(destination.ppd), options, why);
+            if (!next)
+                return nullptr;
+            panels = std::move(next);
+            return &panels->session();
+        };
+        driver = std::make_unique<DialogDriver>(panels->session(), PMPrinterGetID(&destination.printer), options,
+                                                switchPrinter);
         if (!driver->exec(&error)) {
             if (!error.isEmpty())
                 return fail(error);
             // A screenshot run cancels the dialog on purpose.
             return options.screenshot.isEmpty() ? kExitCancelled : kExitOk;
         }
-        if (driver->printsToFile())
-            return fail(QStringLiteral("printing to a file is not supported; choose a printer"));
         dialogSettings = driver->dialogSettings();
-        if (!driver->chosenPrinter().isEmpty())
-            target = printerFromName(driver->chosenPrinter());
     } else {
+        PanelSession &session = panels->session();
         session.open();
         session.loadViews();
         session.showPanels();
@@ -180,6 +110,8 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
             return fail(error);
         session.accept();
     }
+    PanelSession &session = panels->session();
+    const pde::Printer target = panels->printer();
     if (!session.shouldPrint())
         return fail(QStringLiteral("a panel stopped the job"));
 
@@ -187,10 +119,13 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
         for (const QString &line : session.summaryLines())
             out << line << '\n';
     }
-    const JobOptions jobOptions = makeJobOptions(*callback->printSettings(), session.panelOptionKeys(),
-                                                 QList<std::pair<QString, QString>>(options.jobOptions.begin(),
-                                                                                    options.jobOptions.end()),
-                                                 dialogSettings);
+    // As lp does: the queue's and the user's saved options, then ours on top.
+    QList<std::pair<QString, QString>> requested;
+    if (destination.cups)
+        requested = savedOptions(destination.cups->http(), target);
+    requested.append(QList<std::pair<QString, QString>>(options.jobOptions.begin(), options.jobOptions.end()));
+    const JobOptions jobOptions =
+        makeJobOptions(*panels->callback().printSettings(), session.panelOptionKeys(), requested, dialogSettings);
     if (options.dryRun) {
         const QMap<QString, QString> all = jobOptions.all();
         for (auto it = all.cbegin(); it != all.cend(); ++it)
@@ -200,8 +135,6 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     }
     if (!destination.cups)
         return fail(QStringLiteral("no connection to the CUPS server"));
-    if (target.name != destination.printer.name && !destination.cups->hasQueue(target, &error))
-        return fail(error);
     // The job carries its ticket already: a holding queue must not keep it for the agent.
     JobOptions submitted = jobOptions;
     if (!submitted.others.contains(QStringLiteral("job-hold-until")))

@@ -47,12 +47,14 @@ int main(int argc, char **argv)
         out << "pdeprint " PDEPRINT_VERSION "\n";
         return pdeprint::kExitOk;
     }
-    // Without a window there is no need for a display, nor a failure without one.
+    // Without a window there is no need for a display, nor a failure without
+    // one. The minimal platform, unlike offscreen, loads no X11 or GL libraries
+    // and reads no font configuration, which the panels' unshown views never need.
     const bool agentCommand = pdeprint::isAgentCommand(options);
     const bool headless = agentCommand ? options.mode == pdeprint::DialogMode::Headless || !options.agent
                                        : !pdeprint::wantsDialog(options);
-    if (headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (headless)
+        qputenv("QT_QPA_PLATFORM", "minimal");
 
     defaultMessageHandler = qInstallMessageHandler(messageHandler);
     QApplication app(argc, argv);

@@ -3,9 +3,12 @@
 #include "platform/FormatterValidator.h"
 
 #include <QHash>
+#include <QIcon>
+#include <QImageReader>
 #include <QLineEdit>
 #include <QMutex>
 #include <QPalette>
+#include <QPixmap>
 
 namespace pde {
 
@@ -106,8 +109,12 @@ QIcon iconForTypeCode(quint32 code)
     for (const Entry &entry : entries) {
         if (entry.code != code)
             continue;
+        // Read as PNG and nothing else: probing the file would load every
+        // image plug-in Qt has.
+        QImageReader reader(QString::fromLatin1(entry.fallback), "png");
+        reader.setAutoDetectImageFormat(false);
         const QIcon icon = QIcon::fromTheme(QString::fromLatin1(entry.themeName),
-                                            QIcon(QString::fromLatin1(entry.fallback)));
+                                            QIcon(QPixmap::fromImage(reader.read())));
         iconCache()->insert(code, icon);
         return icon;
     }

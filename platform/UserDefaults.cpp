@@ -100,12 +100,19 @@ bool UserDefaults::synchronize()
 {
     bool ok = true;
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
-        // A file that does not read as a domain may be the user's to repair.
         const QString current = currentFile(it.key());
-        if (!current.isEmpty() && !readFile(current)) {
-            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
-            ok = false;
-            continue;
+        if (!current.isEmpty()) {
+            const std::optional<QVariantMap> stored = readFile(current);
+            // A file that does not read as a domain may be the user's to repair.
+            if (!stored) {
+                qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
+                ok = false;
+                continue;
+            }
+            // Nothing changed: a rewrite would cost disk syncs and keep the same record.
+            // A first-release file is rewritten all the same, in the new format.
+            if (current == fileNameForDomain(it.key()) && *stored == it.value())
+                continue;
         }
         const std::optional<QByteArray> bytes = domainfiles::encodeJson(it.value());
         if (!bytes) {

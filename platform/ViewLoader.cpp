@@ -1,10 +1,14 @@
 #include "platform/ViewLoader_p.h"
 
 #include <QAbstractButton>
+#include <QBuffer>
+#include <QCoreApplication>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QUiLoader>
 #include <QWidget>
+
+#include <optional>
 
 namespace pde {
 namespace {
@@ -65,8 +69,25 @@ bool ownerHolds(const QObject *owner, const QObject *object)
 
 QWidget *loadViewWithOwner(QIODevice *description, QObject *owner)
 {
-    QUiLoader loader;
-    QWidget *view = loader.load(description, nullptr);
+    // Qt Designer's widget plug-ins (one pulls in QtQuick) are wanted only
+    // by a view that names a custom widget; standard widgets need none. The
+    // loader loads them as it is made, from the library paths' designer/
+    // folders, so those paths are hidden from it while it is made.
+    const QByteArray text = description->readAll();
+    QBuffer buffer;
+    buffer.setData(text);
+    buffer.open(QIODevice::ReadOnly);
+    std::optional<QUiLoader> loader;
+    if (text.contains("<customwidgets>")) {
+        loader.emplace();
+    } else {
+        const QStringList libraryPaths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({});
+        loader.emplace();
+        loader->clearPluginPaths();
+        QCoreApplication::setLibraryPaths(libraryPaths);
+    }
+    QWidget *view = loader->load(&buffer, nullptr);
     if (!view)
         return nullptr;
     if (!owner)

@@ -24,6 +24,10 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
         { kDryRun + QStringList { "--click", "printButton", sampleText() }, "printButton" },
         { kDryRun + QStringList { "--type", "mainCodeCB=12", sampleText() }, "not a text field" },
         { kDryRun + QStringList { "--click", "mainCodeText", sampleText() }, "not a button" },
+        // A field says what greys it and what to click.
+        { kDryRun + QStringList { "--type", "mainCodeText=1", sampleText() }, "\"mainCodeCB\" is off; click" },
+        { kDryRun + QStringList { "--click", "mainCodeCB", "--click", "holdButton", "--type", "mainCodeText=1", sampleText() },
+          "kept; click \"holdButton\"" },
         { kDryRun + QStringList { QStringLiteral(PDEPRINT_EXECUTABLE) }, "cannot be printed" },
         { { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
         { kDryRun + QStringList { "--screenshot", "x.png", sampleText() }, "needs the dialog" },

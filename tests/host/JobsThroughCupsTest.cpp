@@ -18,20 +18,8 @@ namespace {
 constexpr char kQueue[] = "qr7150k";
 const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
-// One scheduler for the test process, stopped after the last test however
-// the tests went.
-class SchedulerEnvironment : public ::testing::Environment
-{
-public:
-    void SetUp() override { error = scheduler.start({ { { kQueue, false, {} } }, {}, {} }); }
-    void TearDown() override { scheduler.stop(); }
-
-    pdetest::PrivateScheduler scheduler;
-    QString error;
-};
-
-SchedulerEnvironment *const scheduler =
-    static_cast<SchedulerEnvironment *>(::testing::AddGlobalTestEnvironment(new SchedulerEnvironment));
+pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
+    ::testing::AddGlobalTestEnvironment(new pdetest::SchedulerEnvironment({ { { kQueue, false, {} } }, {}, {} })));
 
 // The job's attributes as text, read back over IPP; empty when there is no such job.
 QMap<QString, QString> jobAttributes(int jobId)
@@ -126,4 +114,33 @@ TEST_F(JobsThroughCups, BadQueuesAndChoicesSendNothing)
         EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
     }
     EXPECT_EQ(jobCount(), jobsBefore);
+}
+
+// lp's order: the instance's saved options, then the command line's on top.
+TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
+{
+    QTemporaryDir home;
+    QDir(home.path()).mkpath(".cups");
+    QFile lpoptions(home.filePath(".cups/lpoptions"));
+    ASSERT_TRUE(lpoptions.open(QIODevice::WriteOnly));
+    lpoptions.write(QByteArray("Dest ") + kQueue + "/duplex sides=two-sided-long-edge media=a5\n");
+    lpoptions.close();
+    const QByteArray ownHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toUtf8());
+    const QString instance = QString::fromLatin1(kQueue) + "/duplex";
+    const struct { QStringList extra; QStringList expected; QStringList absent; } cases[] = {
+        { {}, { "sides=two-sided-long-edge", "media=a5" }, { "printer-state=3" } },
+        { { "--sides", "one-sided", "-o", "media=a4" }, { "sides=one-sided", "media=a4" }, { "media=a5" } },
+    };
+    for (const auto &c : cases) {
+        const RunResult result =
+            runPdeprint(QStringList { "--no-dialog", "--dry-run", "--printer", instance } + c.extra + QStringList { sampleText() });
+        const QStringList lines = result.out.split('\n');
+        ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
+        for (const QString &line : c.expected)
+            EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
+        for (const QString &line : c.absent)
+            EXPECT_FALSE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
+    }
+    qputenv("HOME", ownHome);
 }

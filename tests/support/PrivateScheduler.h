@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <memory>
 #include <vector>
@@ -58,6 +60,22 @@ private:
     std::unique_ptr<QProcess> m_cupsd;
     QString m_server;
     int m_port = 0;
+};
+
+// One scheduler for a whole test program, stopped after its last test
+// however the tests went.
+class SchedulerEnvironment : public ::testing::Environment
+{
+public:
+    explicit SchedulerEnvironment(SchedulerOptions options) : m_options(std::move(options)) { }
+    void SetUp() override { error = scheduler.start(m_options); }
+    void TearDown() override { scheduler.stop(); }
+
+    PrivateScheduler scheduler;
+    QString error; // why it did not come up
+
+private:
+    SchedulerOptions m_options;
 };
 
 // Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.

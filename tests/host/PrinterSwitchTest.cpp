@@ -1,0 +1,82 @@
+// Choosing another queue in the dialog: the panels are rebuilt for it, so each
+// queue's kept codes show and the job carries the codes of the queue printed to;
+// a file is not among the destinations.
+
+#include "host/CommandLine.h"
+#include "host/PrintCommand.h"
+#include "tests/host/PdeprintProcess.h"
+#include "tests/support/PrivateScheduler.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPrintDialog>
+#include <QTextStream>
+#include <QTimer>
+
+#include <cups/cups.h>
+#include <gtest/gtest.h>
+
+using namespace hosttest;
+
+namespace {
+
+pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
+    ::testing::AddGlobalTestEnvironment(
+        new pdetest::SchedulerEnvironment({ { { "alpha", false, {} }, { "beta", false, {} } }, {}, {} })));
+
+void keepCode(const QString &queue, const QString &code)
+{
+    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", queue, "--click", "mainCodeCB",
+                                           "--type", "mainCodeText=" + code, "--click", "holdButton", sampleText() });
+    ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
+}
+
+} // namespace
+
+TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
+{
+    ASSERT_TRUE(scheduler->error.isEmpty()) << qPrintable(scheduler->error);
+    keepCode("alpha", "1111");
+    keepCode("beta", "2222");
+
+    // What the user sees on each queue, read once the dialog is up; then the
+    // second queue is chosen, and after it the job is printed.
+    QStringList seen;
+    QString title;
+    int fields = 0;
+    bool offersFile = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
+        auto *field = dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("mainCodeText")) : nullptr;
+        if (!field || !field->isVisible())
+            return;
+        title = dialog->windowTitle();
+        seen << field->text();
+        fields = int(dialog->findChildren<QLineEdit *>(QStringLiteral("mainCodeText")).size());
+        auto *printers = dialog->findChild<QComboBox *>(QStringLiteral("printers"));
+        offersFile = offersFile || (printers && printers->findText(QStringLiteral("PDF"), Qt::MatchContains) >= 0);
+        if (seen.size() == 1 && printers)
+            printers->setCurrentIndex(printers->findText(QStringLiteral("beta")));
+        else
+            dialog->accept();
+    });
+    poll.start(100);
+
+    pdeprint::Options options;
+    options.mode = pdeprint::DialogMode::Dialog;
+    options.dryRun = true;
+    options.printer = QStringLiteral("alpha");
+    options.files = QStringList { sampleText() };
+    QString out, err;
+    QTextStream outStream(&out), errStream(&err);
+    EXPECT_EQ(pdeprint::runPrintCommand(options, outStream, errStream), 0) << qPrintable(err);
+    errStream.flush();
+
+    EXPECT_EQ(seen, QStringList({ "1111", "2222" }));
+    EXPECT_EQ(fields, 1) << "the first queue's view stayed in the dialog";
+    EXPECT_EQ(title, "Print sample.txt");
+    EXPECT_FALSE(offersFile);
+    EXPECT_TRUE(out.split('\n').contains("jp.co.nurat.print.PrintSettings.bc.mainCode=32323232")) << qPrintable(out);
+}
