@@ -123,6 +123,9 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     QList<std::pair<QString, QString>> requested;
     if (destination.cups)
         requested = savedOptions(destination.cups->http(), target);
+    // The job carries its ticket already: a holding queue (whose default is
+    // among the saved options) must not keep it for the agent.
+    requested.append({ QStringLiteral("job-hold-until"), QStringLiteral("no-hold") });
     requested.append(QList<std::pair<QString, QString>>(options.jobOptions.begin(), options.jobOptions.end()));
     const JobOptions jobOptions =
         makeJobOptions(*panels->callback().printSettings(), session.panelOptionKeys(), requested, dialogSettings);
@@ -135,12 +138,8 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     }
     if (!destination.cups)
         return fail(QStringLiteral("no connection to the CUPS server"));
-    // The job carries its ticket already: a holding queue must not keep it for the agent.
-    JobOptions submitted = jobOptions;
-    if (!submitted.others.contains(QStringLiteral("job-hold-until")))
-        submitted.others.insert(QStringLiteral("job-hold-until"), QStringLiteral("no-hold"));
     const int job = destination.cups->submit(target, QFileInfo(options.files.first()).fileName(), options.files,
-                                             submitted, &error);
+                                             jobOptions, &error);
     if (job <= 0)
         return fail(error);
     out << "request id is " << target.name << '-' << job << " (" << options.files.size() << " file(s))\n";

@@ -45,6 +45,12 @@ std::optional<QVariantMap> readFile(const QString &path)
     return domainfiles::readLegacyIni(path);
 }
 
+QByteArray fileBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 void UserDefaults::resetStandardUserDefaults()
@@ -100,19 +106,12 @@ bool UserDefaults::synchronize()
 {
     bool ok = true;
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        // A file that does not read as a domain may be the user's to repair.
         const QString current = currentFile(it.key());
-        if (!current.isEmpty()) {
-            const std::optional<QVariantMap> stored = readFile(current);
-            // A file that does not read as a domain may be the user's to repair.
-            if (!stored) {
-                qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
-                ok = false;
-                continue;
-            }
-            // Nothing changed: a rewrite would cost disk syncs and keep the same record.
-            // A first-release file is rewritten all the same, in the new format.
-            if (current == fileNameForDomain(it.key()) && *stored == it.value())
-                continue;
+        if (!current.isEmpty() && !readFile(current)) {
+            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
+            ok = false;
+            continue;
         }
         const std::optional<QByteArray> bytes = domainfiles::encodeJson(it.value());
         if (!bytes) {
@@ -120,6 +119,11 @@ bool UserDefaults::synchronize()
             ok = false;
             continue;
         }
+        // The same bytes again would cost disk syncs and change nothing. Bytes,
+        // not values: QVariant finds "true" equal to true. A first-release file
+        // is never equal, so the next write converts it.
+        if (current == fileNameForDomain(it.key()) && fileBytes(current) == *bytes)
+            continue;
         ok = domainfiles::replaceFile(fileNameForDomain(it.key()), *bytes) && ok;
     }
     m_pending.clear();
