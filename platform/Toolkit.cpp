@@ -2,6 +2,7 @@
 
 #include "platform/FormatterValidator.h"
 
+#include <QApplication>
 #include <QHash>
 #include <QLineEdit>
 #include <QMutex>
@@ -11,12 +12,12 @@ namespace pde {
 
 QColor blackColor()
 {
-    return QColor(0, 0, 0);
+    return QApplication::palette().color(QPalette::Active, QPalette::Text);
 }
 
 QColor grayColor()
 {
-    return QColor(128, 128, 128);
+    return QApplication::palette().color(QPalette::Disabled, QPalette::Text);
 }
 
 void setTextColor(QLineEdit *field, const QColor &color)
