@@ -63,7 +63,9 @@ void FormatterValidator::setTextUnchecked(QLineEdit *field, const QString &text)
 
 bool FormatterValidator::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched != m_field || event->type() != QEvent::InputMethod || m_inInputMethod)
+    // The field is compared as the parent object: while it is being destroyed
+    // it still sends events, but is no line edit any more.
+    if (event->type() != QEvent::InputMethod || m_inInputMethod || watched != parent() || !m_field)
         return QValidator::eventFilter(watched, event);
     // A commit reports its caret before its text is checked, and may leave
     // the text as it was (a selection committed over with the same text), so
