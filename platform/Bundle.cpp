@@ -127,6 +127,15 @@ bool Bundle::loadNibNamed(const QString &name, QObject *owner, QList<QObject *> 
     QWidget *view = loadViewWithOwner(&file, owner);
     if (!view)
         return false;
+    // Tool tips are the view's own text, which no owner localises: the
+    // bundle's default table does, with the text itself as the key.
+    QList<QWidget *> widgets = view->findChildren<QWidget *>();
+    widgets.prepend(view);
+    for (QWidget *widget : widgets) {
+        const QString tip = widget->toolTip();
+        if (!tip.isEmpty())
+            widget->setToolTip(localizedStringForKey(tip, tip));
+    }
     // A view that neither an outlet nor the caller's list holds would be lost.
     if (topLevelObjects)
         topLevelObjects->append(view);

@@ -29,15 +29,23 @@ public:
 
     State validate(QString &input, int &pos) const override;
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     FormatterValidator(QLineEdit *field, std::unique_ptr<Formatter> formatter);
+    TextRange currentSelection() const;
     void remember();
 
     QPointer<QLineEdit> m_field;
     std::unique_ptr<Formatter> m_formatter;
+    // The field as it was before the edit in progress.
     QString m_text;
     TextRange m_selection;
     mutable bool m_settingText = false;
+    // Inside an input-method event, whose caret is reported before its text
+    // is checked.
+    bool m_inInputMethod = false;
     // The replacement just handed to the field, which the field validates
     // once more before taking it.
     mutable QString m_replacement;

@@ -2,6 +2,7 @@
 
 #include "platform/FormatterValidator.h"
 
+#include <QApplication>
 #include <QHash>
 #include <QIcon>
 #include <QImageReader>
@@ -14,12 +15,12 @@ namespace pde {
 
 QColor blackColor()
 {
-    return QColor(0, 0, 0);
+    return QApplication::palette().color(QPalette::Active, QPalette::Text);
 }
 
 QColor grayColor()
 {
-    return QColor(128, 128, 128);
+    return QApplication::palette().color(QPalette::Disabled, QPalette::Text);
 }
 
 void setTextColor(QLineEdit *field, const QColor &color)

@@ -9,11 +9,13 @@ class QWidget;
 
 namespace pde {
 
-// The fixed colours of the toolkit (not the theme's).
+// The toolkit's "black" and "grey" text: the theme's normal text colour and
+// its disabled text colour, so that text stays readable in a dark theme.
 QColor blackColor();
 QColor grayColor();
 
-// Text fields: text colour, editable, selectable. Each does nothing for null.
+// Text fields: text colour (for every colour group), editable, selectable.
+// Each does nothing for null.
 void setTextColor(QLineEdit *field, const QColor &color);
 QColor textColor(const QLineEdit *field);
 void setEditable(QLineEdit *field, bool editable);

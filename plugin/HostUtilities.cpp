@@ -1,7 +1,6 @@
 #include "plugin/HostUtilities.h"
 
 #include <QFile>
-#include <QMutex>
 #include <QStringList>
 
 #include <cstring>
@@ -9,10 +8,8 @@
 
 namespace {
 
-QMutex pathMutex;
-QString currentOsReleasePath = QString::fromLatin1(kDefaultOsReleasePath);
-
-// VERSION_ID of an os-release file, unquoted; empty when absent.
+// VERSION_ID of an os-release file, unquoted; null when absent, empty when
+// present without a value.
 QString readVersionId(const QString &path)
 {
     QFile file(path);
@@ -25,7 +22,7 @@ QString readVersionId(const QString &path)
         QByteArray value = line.mid(int(std::strlen("VERSION_ID=")));
         if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
             value = value.mid(1, value.size() - 2);
-        return QString::fromUtf8(value);
+        return value.isEmpty() ? QStringLiteral("") : QString::fromUtf8(value);
     }
     return QString();
 }
@@ -49,36 +46,25 @@ qint32 leadingInteger(const QString &part)
 
 } // namespace
 
-void setOsReleasePath(const QString &path)
-{
-    QMutexLocker lock(&pathMutex);
-    currentOsReleasePath = path;
-}
-
-QString osReleasePath()
-{
-    QMutexLocker lock(&pathMutex);
-    return currentOsReleasePath;
-}
-
-void get_system_version(qint32 *major, qint32 *minor, qint32 *bugFix)
+void get_system_version(qint32 *major, qint32 *minor, qint32 *bugFix, const QString &osReleasePath)
 {
     if (!major || !minor || !bugFix)
         return;
     const qint32 defaults[3] = { *major, *minor, *bugFix };
     qint32 *out[3] = { major, minor, bugFix };
 
-    const QString version = readVersionId(osReleasePath());
-    const QStringList parts = version.isEmpty() ? QStringList() : version.split(QLatin1Char('.'));
+    // An empty VERSION_ID is one part, with major 0; only an absent one has none.
+    const QString version = readVersionId(osReleasePath);
+    const QStringList parts = version.isNull() ? QStringList() : version.split(QLatin1Char('.'));
     const qint32 n = qint32(qMin<qsizetype>(parts.size(), 3));
     for (qint32 i = 0; i < 3; ++i)
         *out[i] = i < n ? leadingInteger(parts.at(i)) : defaults[i];
 }
 
-bool runningOnLeopardOrLater()
+bool runningOnLeopardOrLater(const QString &osReleasePath)
 {
     qint32 major = 10, minor = 4, bugFix = 0;
-    get_system_version(&major, &minor, &bugFix);
+    get_system_version(&major, &minor, &bugFix, osReleasePath);
     return major > 10 || (major == 10 && minor > 4);
 }
 

@@ -21,6 +21,6 @@ std::optional<pde::PanelList> JpCoNuratPrintPdeQr7150kBCPDEPlugIn::PDEPanelsForT
     if (type == QLatin1String(pde::kPrintDialogType))
         answer->push_back(std::make_unique<JpCoNuratPrintPdeQr7150kBC>(hostInfo));
     // This exit line goes through the entry function, as it always has.
-    _PDEProlog(this, "PDEPanelsForType:=NSArray(%@)", answer ? qsizetype(answer->size()) : qsizetype(-1));
+    _PDEProlog(this, "PDEPanelsForType:=NSArray(%@)", answer);
     return answer;
 }

@@ -29,8 +29,8 @@ constexpr size_t kBase64Size = 685; // Base64 of the whole cipher buffer and a t
 // A stamp shorter than the key or longer than its buffer is not ours.
 constexpr size_t kMinSpoolTimeLength = 16;
 
-// A ticket value as ASCII text of at most 255 characters; anything else is
-// treated as absent.
+// A code or stamp value as ASCII text of at most 255 characters, as its
+// buffer holds it; anything else is treated as absent.
 std::optional<QByteArray> ticketValue(const pde::PrintSettings *settings, const char *key)
 {
     QString value;
@@ -46,29 +46,39 @@ std::optional<QByteArray> ticketValue(const pde::PrintSettings *settings, const 
 }
 
 // The leading decimal integer of a text (after blanks, with a sign), 0 when
-// there is none, clamped to 32 bits.
-qint32 leadingInteger(const QByteArray &text)
+// there is none, clamped to 32 bits. What follows it does not matter.
+qint32 leadingInteger(QStringView text)
 {
     qsizetype i = 0;
-    while (i < text.size() && (text[i] == ' ' || text[i] == '\t' || text[i] == '\n' || text[i] == '\r'))
+    while (i < text.size() && (text[i] == u' ' || text[i] == u'\t' || text[i] == u'\n' || text[i] == u'\r'))
         ++i;
     bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-'))
-        negative = text[i++] == '-';
+    if (i < text.size() && (text[i] == u'+' || text[i] == u'-'))
+        negative = text[i++] == u'-';
     qint64 value = 0;
-    for (; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i) {
-        value = value * 10 + (text[i] - '0');
+    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
+        value = value * 10 + (text[i].unicode() - u'0');
         if (value > std::numeric_limits<qint32>::max())
             return negative ? std::numeric_limits<qint32>::min() : std::numeric_limits<qint32>::max();
     }
     return qint32(negative ? -value : value);
 }
 
+// The integer value of a state in the ticket, read from the whole value
+// (however long, whatever follows the number); none when absent.
+std::optional<qint32> ticketInteger(const pde::PrintSettings *settings, const char *key)
+{
+    QString value;
+    if (PMPrintSettingsGetValue(settings, QString::fromLatin1(key), &value) != noErr)
+        return std::nullopt;
+    return leadingInteger(value);
+}
+
 // A check box's ticket value: on when present and not 0.
 bool ticketSwitch(const pde::PrintSettings *settings, const char *key)
 {
-    const std::optional<QByteArray> value = ticketValue(settings, key);
-    return value && leadingInteger(*value) != 0;
+    const std::optional<qint32> value = ticketInteger(settings, key);
+    return value && *value != 0;
 }
 
 // A code from its hex text, read in `encoding`; empty when absent, empty, or
@@ -169,8 +179,7 @@ void JpCoNuratPrintPdeQr7150kBC::getNonPPDSettingsFromPrintSettings()
         return;
     }
 
-    const std::optional<QByteArray> hold = ticketValue(settings, kHoldButtonTicketKey);
-    presetHoldButtonFlag = hold ? quint32(leadingInteger(*hold)) : 0;
+    presetHoldButtonFlag = quint32(ticketInteger(settings, kHoldButtonTicketKey).value_or(0));
 
     const bool pending = prefHoldButtonFlag & 1;
 

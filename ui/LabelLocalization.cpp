@@ -6,15 +6,17 @@
 
 #include <QAbstractButton>
 
+#include <optional>
+
 namespace {
 
-// The text of a string or of a control; null for anything else.
-QString textOf(const QVariant &object)
+// The text of a string or of a control; none for anything else.
+std::optional<QString> textOf(const QVariant &object)
 {
     if (object.metaType() == QMetaType::fromType<QString>())
         return object.toString();
     if (!(object.metaType().flags() & QMetaType::PointerToQObject))
-        return QString();
+        return std::nullopt;
     QObject *control = object.value<QObject *>();
     if (auto *field = qobject_cast<QLineEdit *>(control))
         return field->text();
@@ -22,14 +24,19 @@ QString textOf(const QVariant &object)
         return box->title();
     if (auto *button = qobject_cast<QAbstractButton *>(control))
         return button->text();
-    return QString();
+    return std::nullopt;
 }
 
 } // namespace
 
 QString JpCoNuratPrintPdeQr7150kBC::localizedStringValue(const QVariant &object) const
 {
-    const QString text = textOf(object);
+    const std::optional<QString> found = textOf(object);
+    if (!found)
+        return QString();
+    // The fallback is a copy of the text, empty rather than null for a
+    // control without one.
+    const QString text = found->isNull() ? QStringLiteral("") : *found;
     if (text.isEmpty())
         return text;
 

@@ -15,5 +15,9 @@
         <source>Sub Code</source>
         <translation>副コード</translation>
     </message>
+    <message>
+        <source>Keep these codes for the next jobs and lock them</source>
+        <translation>このコードを次のジョブにも使い、変更できないようにします</translation>
+    </message>
 </context>
 </TS>

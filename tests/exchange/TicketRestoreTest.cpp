@@ -46,6 +46,8 @@ TEST_F(TicketRestore, FillsTheControlsFromTheTicket)
         { "an even keep value is off", { { "bc.holdButton", "2" } }, 0, 0, 0, "", "" },
         { "a keep value of -1 is on", { { "bc.holdButton", "-1" } }, 1, 0, 0, "", "" },
         { "a keep value that is no number is off", { { "bc.holdButton", "on" } }, 0, 0, 0, "", "" },
+        { "states are the leading integer of any value", { { "bc.holdButton", "1" + QString(300, QLatin1Char(' ')) },
+          { "bc.mainCodecb", QStringLiteral("1\u00e9") } }, 1, 1, 0, "", "" },
         { "check box value 0 is off", { { "bc.mainCodecb", "0" }, { "bc.mainCode", "31" } }, 0, 0, 0, "", "" },
         { "upper-case hex round-trips", { { "bc.mainCodecb", "1" }, { "bc.mainCode", "4A" } }, 0, 1, 0, "J", "" },
         { "lower-case hex decodes to other bytes", { { "bc.mainCodecb", "1" }, { "bc.mainCode", "4a" } }, 0, 1, 0, "j", "" },

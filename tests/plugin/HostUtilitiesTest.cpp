@@ -13,17 +13,16 @@ TEST(SystemVersion, PartsOverwriteOnlyTheirDefaults)
         { "os-release-10.4.11", 10, 4, 11, false }, { "os-release-10.5", 10, 5, 9, true },
         { "os-release-10.15.7", 10, 15, 7, true },  { "os-release-11.0", 11, 0, 9, true },
         { "os-release-12", 12, 8, 9, true },        { "os-release-none", 7, 8, 9, false },
-        { "no-such-os-release", 7, 8, 9, false },
+        { "os-release-empty", 0, 8, 9, false },     { "no-such-os-release", 7, 8, 9, false },
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.file);
-        setOsReleasePath(pdetest::testDataPath(QString::fromLatin1(c.file)));
+        const QString path = pdetest::testDataPath(QString::fromLatin1(c.file));
         qint32 major = 7, minor = 8, bugFix = 9;
-        get_system_version(&major, &minor, &bugFix);
+        get_system_version(&major, &minor, &bugFix, path);
         EXPECT_EQ((std::tuple { major, minor, bugFix }), (std::tuple { c.major, c.minor, c.bugFix }));
-        EXPECT_EQ(runningOnLeopardOrLater(), c.leopardOrLater);
+        EXPECT_EQ(runningOnLeopardOrLater(path), c.leopardOrLater);
     }
-    setOsReleasePath(QString::fromLatin1(kDefaultOsReleasePath));
 }
 
 // Files are covered by the panel's creation; here the names alone.

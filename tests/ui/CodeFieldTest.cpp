@@ -8,24 +8,58 @@
 #include "ui/JpCoNuratPrintPdeQr7150kBCMyRomanFilter.h"
 
 #include <QClipboard>
+#include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QMimeData>
 
 namespace uitest {
 namespace {
 
 using CodeFieldTest = PanelFixture;
 
-enum class Edit { Type, Paste, Backspace };
+// The roads by which text reaches a field from the user.
+enum class Edit { Type, Paste, Backspace, Commit, ComposeAndCommit, Drop, DeleteAndUndo };
+
+void commit(QLineEdit *field, const QString &preedit, const QString &text)
+{
+    QInputMethodEvent event(preedit, {});
+    event.setCommitString(text);
+    QCoreApplication::sendEvent(field, &event);
+}
 
 void edit(QLineEdit *field, Edit kind, const QString &input)
 {
-    if (kind == Edit::Type)
+    switch (kind) {
+    case Edit::Type:
         QTest::keyClicks(field, input);
-    else if (kind == Edit::Backspace)
-        QTest::keyClick(field, Qt::Key_Backspace);
-    else {
+        break;
+    case Edit::Paste:
         QGuiApplication::clipboard()->setText(input);
         QTest::keyClick(field, Qt::Key_V, Qt::ControlModifier);
+        break;
+    case Edit::Backspace:
+        QTest::keyClick(field, Qt::Key_Backspace);
+        break;
+    case Edit::Commit:
+        commit(field, QString(), input);
+        break;
+    case Edit::ComposeAndCommit:
+        commit(field, input, QString());
+        commit(field, QString(), input);
+        break;
+    case Edit::Drop: {
+        QMimeData data;
+        data.setText(input);
+        QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(field, &enter);
+        QDropEvent drop(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(field, &drop);
+        break;
+    }
+    case Edit::DeleteAndUndo:
+        QTest::keyClick(field, Qt::Key_Backspace);
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
+        break;
     }
     QCoreApplication::processEvents();
 }
@@ -45,6 +79,13 @@ TEST_F(CodeFieldTest, EditsAreLimitedByLengthOnly)
         { "40 pasted before 10", QString(10, 'x'), 0, 0, Edit::Paste, forty, forty.left(32), 0, 32 },
         { "20 pasted before 20", QString(20, 'x'), 0, 0, Edit::Paste, QString(20, 'p'),
           QString(20, 'p') + QString(20, 'x'), 20, 0 },
+        { "31 plus a commit", a31, 31, 0, Edit::Commit, "日本語", a31 + "日", 0, 32 },
+        { "40 committed into empty", "", 0, 0, Edit::Commit, forty, forty.left(32), 0, 32 },
+        { "31 plus a composed commit", a31, 31, 0, Edit::ComposeAndCommit, "日本語", a31 + "日", 0, 32 },
+        { "40 dropped into empty", "", 0, 0, Edit::Drop, forty, forty.left(32), 0, 32 },
+        { "40 deleted and undone", forty, 0, 40, Edit::DeleteAndUndo, "", forty.left(32), 0, 32 },
+        { "40 pasted over themselves", forty, 0, 40, Edit::Paste, forty, forty.left(32), 0, 32 },
+        { "one of 32 typed over with itself", a32, 0, 1, Edit::Type, "a", a32, 0, 1 },
     };
     showActive();
     pde::setButtonState(panel->mainCodeCB, 1);
@@ -75,6 +116,10 @@ TEST_F(CodeFieldTest, FormatterWithoutLimitTakesNothing)
     field.show();
     edit(&field, Edit::Type, QStringLiteral("7"));
     edit(&field, Edit::Paste, QStringLiteral("abc"));
+    EXPECT_EQ(field.text(), QString());
+    pde::setStringValue(&field, QStringLiteral("b"));
+    field.selectAll();
+    edit(&field, Edit::Type, QStringLiteral("b"));
     EXPECT_EQ(field.text(), QString());
 }
 

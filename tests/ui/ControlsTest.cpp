@@ -125,6 +125,7 @@ TEST_F(ControlsTest, TitlesAreLocalisedOnceAndPadlocksDiffer)
     EXPECT_EQ(panel->mainCodeCB->text(), QStringLiteral("主コード:"));
     EXPECT_EQ(panel->subCodeCB->text(), QStringLiteral("副コード:"));
     EXPECT_EQ(panel->panelName(), QStringLiteral("部門コード"));
+    EXPECT_EQ(panel->holdButton->toolTip(), QStringLiteral("このコードを次のジョブにも使い、変更できないようにします"));
 
     // A second set-up would translate this title and install a second formatter.
     panel->mainCodeCB->setText(QStringLiteral("Main Code:"));
@@ -140,6 +141,7 @@ TEST_F(ControlsTest, LocalizedStringValueTakesTheKeyBeforeTheFirstColon)
     QLineEdit field(QStringLiteral("Sub Code:"));
     QGroupBox box(QStringLiteral("Billing Code"));
     QCheckBox checkBox(QStringLiteral("Main Code: x"));
+    QCheckBox untitled;
     QObject plain;
     const struct { QVariant object; QString expected; } cases[] = {
         { QStringLiteral("Main Code:"), "主コード:" },
@@ -151,6 +153,7 @@ TEST_F(ControlsTest, LocalizedStringValueTakesTheKeyBeforeTheFirstColon)
         { QVariant::fromValue(&field), "副コード:" },
         { QVariant::fromValue(&box), "部門コード" },
         { QVariant::fromValue<QObject *>(&checkBox), "主コード:" },
+        { QVariant::fromValue<QObject *>(&untitled), "" },
         { QVariant::fromValue(&plain), {} },
         { QVariant::fromValue<QObject *>(nullptr), {} },
         { QVariant(QByteArray("Main Code:")), {} },

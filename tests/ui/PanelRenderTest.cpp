@@ -1,5 +1,6 @@
 // The panel at a print dialog's usual tab size, rendered in English and
-// Japanese: every control shows whole and none covers another.
+// Japanese and in a dark theme: every control shows whole, none covers
+// another, and code text takes the theme's colours.
 
 #include "tests/ui/PanelFixture.h"
 
@@ -43,27 +44,47 @@ void expectCleanLayout(JpCoNuratPrintPdeQr7150kBC &panel)
     }
 }
 
-TEST_F(PanelRenderTest, PanelIsCleanInEachLanguage)
+// A dark theme as desktops ship it: light text on dark fields.
+QPalette darkPalette()
 {
-    const struct { QLocale locale; const char *file; } languages[] = {
-        { QLocale(QLocale::English, QLocale::UnitedStates), "panel-en.png" },
-        { QLocale(QLocale::Japanese, QLocale::Japan), "panel-ja.png" },
+    QPalette dark(QColor(53, 53, 53), QColor(53, 53, 53));
+    for (auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        dark.setColor(role, QColor(240, 240, 240));
+    dark.setColor(QPalette::Base, QColor(35, 35, 35));
+    for (auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
+        dark.setColor(QPalette::Disabled, role, QColor(127, 127, 127));
+    return dark;
+}
+
+TEST_F(PanelRenderTest, PanelIsCleanInEachLanguageAndTheme)
+{
+    const QPalette light = QApplication::palette();
+    const struct { QLocale locale; const char *file; QPalette palette; } looks[] = {
+        { QLocale(QLocale::English, QLocale::UnitedStates), "panel-en.png", light },
+        { QLocale(QLocale::Japanese, QLocale::Japan), "panel-ja.png", light },
+        { QLocale(QLocale::English, QLocale::UnitedStates), "panel-dark.png", darkPalette() },
     };
     ASSERT_TRUE(QDir().mkpath(QStringLiteral(PDE_SCREENSHOT_DIR)));
-    for (const auto &language : languages) {
-        SCOPED_TRACE(language.file);
-        buildPanel(language.locale);
+    for (const auto &look : looks) {
+        SCOPED_TRACE(look.file);
+        QApplication::setPalette(look.palette);
+        buildPanel(look.locale);
         window->resize(500, 300);
         showActive();
+        // A usable main code and a greyed sub code, both with text.
         pde::setButtonState(panel->mainCodeCB, 1);
+        pde::setStringValue(panel->subCodeText, QStringLiteral("2048"));
         panel->holdButtonProc(nullptr);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("1024"));
         QCoreApplication::processEvents();
 
         expectCleanLayout(*panel);
-        const QString path = QDir(QStringLiteral(PDE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(language.file));
+        EXPECT_EQ(pde::textColor(panel->mainCodeText), look.palette.color(QPalette::Active, QPalette::Text));
+        EXPECT_EQ(pde::textColor(panel->subCodeText), look.palette.color(QPalette::Disabled, QPalette::Text));
+        const QString path = QDir(QStringLiteral(PDE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(look.file));
         EXPECT_TRUE(window->grab().save(path));
     }
+    QApplication::setPalette(light);
 }
 
 } // namespace
