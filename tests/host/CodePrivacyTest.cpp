@@ -1,0 +1,97 @@
+// Who can read a job's billing codes on the server: with the shipped policy
+// lines, the job's owner and nobody else; without them, anyone. The second
+// half shows the exposure, so that a scheduler that changes its defaults is
+// noticed.
+
+#include "tests/host/PdeprintProcess.h"
+#include "tests/support/PrivateScheduler.h"
+#include "tests/support/TestSupport.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <cups/cups.h>
+#include <gtest/gtest.h>
+
+using namespace hosttest;
+
+namespace {
+
+constexpr char kQueue[] = "office";
+const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+const QStringList kCodeKeys { "bc.mainCode", "bc.mainCode2", "bc.subCode", "bc.subCode2" };
+const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=4711",
+                           "--click", "subCodeCB",  "--type", "subCodeText=42" };
+
+// The lines an administrator copies from the shipped file.
+QStringList shippedPolicyLines()
+{
+    QFile file(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
+    QStringList lines;
+    if (!file.open(QIODevice::ReadOnly))
+        return lines;
+    for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+        if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
+            lines << line;
+    }
+    return lines;
+}
+
+// The code-bearing keys of the job that `user` is shown.
+QStringList codeKeysSeenBy(int jobId, const char *user)
+{
+    ipp_t *request = ippNewRequest(IPP_OP_GET_JOB_ATTRIBUTES);
+    const QByteArray uri = "ipp://localhost/jobs/" + QByteArray::number(jobId);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr, uri.constData());
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, user);
+    ipp_t *response = cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/");
+    QStringList seen;
+    for (const QString &key : kCodeKeys) {
+        if (ippFindAttribute(response, (kPrefix + key).toUtf8().constData(), IPP_TAG_ZERO))
+            seen << key;
+    }
+    ippDelete(response);
+    return seen;
+}
+
+int jobIdIn(const QString &text)
+{
+    return QRegularExpression(QStringLiteral("request id is [\\w/]+-(\\d+)")).match(text).captured(1).toInt();
+}
+
+} // namespace
+
+TEST(CodePrivacy, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
+{
+    ASSERT_EQ(shippedPolicyLines().size(), 2);
+    for (const bool withPolicy : { true, false }) {
+        SCOPED_TRACE(withPolicy ? "with the policy lines" : "with CUPS's defaults");
+        QTemporaryDir config;
+        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+        pdetest::PrivateScheduler scheduler;
+        ASSERT_EQ(scheduler.start({ { { kQueue, true, {} } }, withPolicy ? shippedPolicyLines() : QStringList(), {} }),
+                  QString());
+
+        const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kQueue } + kSteps
+                                              + QStringList { sampleText() });
+        const int job = jobIdIn(printed.out);
+        ASSERT_GT(job, 0) << qPrintable(printed.err);
+        EXPECT_EQ(codeKeysSeenBy(job, cupsUser()), kCodeKeys);
+        EXPECT_EQ(codeKeysSeenBy(job, "mallory"), withPolicy ? QStringList() : kCodeKeys);
+        if (!withPolicy)
+            continue;
+
+        // The owner's own requests still work: a job held for codes is released with them.
+        QProcess lp;
+        lp.start(QStringLiteral("lp"), { "-d", kQueue, "-o", "raw", sampleText() });
+        lp.waitForFinished(30000);
+        const int held = jobIdIn(QString::fromUtf8(lp.readAllStandardOutput()));
+        ASSERT_GT(held, 0);
+        const RunResult released = runPdeprint(QStringList { "--release", QString::number(held) } + kSteps);
+        EXPECT_EQ(released.exitCode, 0) << qPrintable(released.err);
+        ASSERT_TRUE(pdetest::waitUntil([&] { return !scheduler.recordedOptions(held).isEmpty(); }));
+        EXPECT_EQ(pdetest::parseOptions(scheduler.recordedOptions(held)).value(kPrefix + "bc.mainCode"), "34373131");
+        EXPECT_EQ(codeKeysSeenBy(held, "mallory"), QStringList());
+    }
+}
