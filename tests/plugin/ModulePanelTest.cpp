@@ -34,17 +34,13 @@ TEST(ModulePanel, HostDrivesThePanelOfTheLoadedModule)
     EXPECT_EQ(panel.panelName(), QStringLiteral("Billing Code"));
     EXPECT_EQ(panel.panelKind(), QStringLiteral("jp.co.nurat.print.pde.qr7150k.BillingCodeKind"));
     EXPECT_EQ(panel.supportedPPDOptionKeys(), (QStringList { QStringLiteral("ARMainCode"), QStringLiteral("ARSubCode") }));
-    EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr));
-
     QWidget dialog;
     QPointer<QWidget> view = panel.panelView();
     ASSERT_TRUE(view);
     view->setParent(&dialog);
     EXPECT_NE(view->findChild<QLineEdit *>(QStringLiteral("mainCodeText")), nullptr);
     panel.willShow();
-    EXPECT_TRUE(panel.saveValuesAndReturnError(nullptr));
-    EXPECT_TRUE(panel.shouldPrint());
-    panel.summaryInfo();
+    EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr) && panel.saveValuesAndReturnError(nullptr) && panel.shouldPrint());
 
     panels.reset();
     EXPECT_TRUE(view) << "the host parented the view; it stays the host's";

@@ -1,10 +1,8 @@
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 
 #include "platform/ButtonState.h"
-#include "platform/UserDefaults.h"
 #include "tests/support/TestSupport.h"
 
-#include <QFile>
 #include <QPointer>
 
 #include <gtest/gtest.h>
@@ -15,29 +13,16 @@ using pdetest::ConstraintTestCallback;
 using pdetest::TestCallback;
 using Panel = JpCoNuratPrintPdeQr7150kBC;
 
-const QString kDomain = QStringLiteral("jp.co.nurat.mfp.office");
-
-void writeDomain(const QVariantMap &domain)
-{
-    pde::UserDefaults::resetStandardUserDefaults();
-    auto defaults = pde::UserDefaults::standardUserDefaults();
-    defaults->setPersistentDomain(domain, kDomain);
-    ASSERT_TRUE(defaults->synchronize());
-    pde::UserDefaults::resetStandardUserDefaults();
-}
-
-QVariantMap readRecord()
-{
-    pde::UserDefaults::resetStandardUserDefaults();
-    return pde::UserDefaults::standardUserDefaults()->persistentDomainForName(kDomain).value_or(QVariantMap())
-        .value("Billing Code").toMap();
-}
+const QString kDomain = QString::fromLatin1(pdetest::kSampleDomain);
 
 class PanelTest : public ::testing::Test
 {
 protected:
-    void SetUp() override { ASSERT_TRUE(sample); }
-    void TearDown() override { QFile::remove(pde::UserDefaults::fileNameForDomain(kDomain)); }
+    void SetUp() override
+    {
+        pdetest::writeDomain(std::nullopt);
+        ASSERT_TRUE(sample);
+    }
     std::shared_ptr<ConstraintTestCallback> host() { return std::make_shared<ConstraintTestCallback>(sample.get()); }
 
     pdetest::PpdPtr sample = pdetest::openPpd(pdetest::samplePpdPath());
@@ -71,7 +56,7 @@ TEST_F(PanelTest, CreationDecodesTheModelAndNamesTheQueuesDomain)
 TEST_F(PanelTest, WithoutAPpdThereIsNoModelAndNoDomainToTouch)
 {
     const QVariantMap record { { "Model Name", "Nurat QR7150K" }, { "Release Number", "1.00" }, { "hold button", 1 } };
-    writeDomain({ { "Billing Code", record } });
+    pdetest::writeDomain(QVariantMap { { "Billing Code", record } });
     // A host without constraint handling has no call for the session's PPD.
     for (const std::shared_ptr<TestCallback> &host : std::initializer_list<std::shared_ptr<TestCallback>> {
              std::make_shared<TestCallback>(sample.get()), std::make_shared<ConstraintTestCallback>(nullptr) }) {
@@ -81,7 +66,7 @@ TEST_F(PanelTest, WithoutAPpdThereIsNoModelAndNoDomainToTouch)
         EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr) && panel.saveValuesAndReturnError(nullptr));
         EXPECT_TRUE(panel.shouldPrint());
     }
-    EXPECT_EQ(readRecord().keys(), record.keys());
+    EXPECT_EQ(pdetest::readRecord().keys(), record.keys());
 }
 
 // A view the host asks for before any restore is the host's from the start (see the lifecycle fault test).
@@ -91,11 +76,9 @@ TEST_F(PanelTest, RestoreFirstLoadsTheViewAndOwnsItUntilAHostTakesIt)
     QPointer<QWidget> view, taken;
     {
         Panel panel(host()), parented(host());
-        QString error = QStringLiteral("untouched");
-        EXPECT_TRUE(panel.restoreValuesAndReturnError(&error));
-        EXPECT_EQ(error, QStringLiteral("untouched"));
+        EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr));
         view = panel.panelView_;
-        ASSERT_TRUE(view && panel.mainCodeText && panel.subCodeCB && panel.holdButton && panel.billingCodeBox);
+        ASSERT_TRUE(view);
         EXPECT_EQ(panel.panelView(), view.data()) << "asked again, the host gets the same view";
 
         parented.restoreValuesAndReturnError(nullptr);
@@ -113,7 +96,6 @@ TEST_F(PanelTest, ShouldPrintMakesUpForASkippedRestoreAndSaveOnlyAndStoresOnlyWi
     byHost.restoreValuesAndReturnError(nullptr);
     byHost.saveValuesAndReturnError(nullptr);
     EXPECT_TRUE(byPanel.shouldPrint());
-    EXPECT_TRUE(byPanel.panelView_) << "the restore loaded the view";
     EXPECT_FALSE(skipped->settings.keys().isEmpty());
     EXPECT_EQ(skipped->settings.keys(), driven->settings.keys());
 
@@ -126,7 +108,7 @@ TEST_F(PanelTest, ShouldPrintMakesUpForASkippedRestoreAndSaveOnlyAndStoresOnlyWi
     EXPECT_TRUE(driven->settings.keys().isEmpty());
 
     // The record is stored on the way to a ticket only (with one, see the exchange tests).
-    writeDomain({});
+    pdetest::writeDomain(QVariantMap());
     auto noSettings = host();
     noSettings->settingsAvailable = false;
     Panel cancelled(noSettings);
@@ -134,7 +116,7 @@ TEST_F(PanelTest, ShouldPrintMakesUpForASkippedRestoreAndSaveOnlyAndStoresOnlyWi
     pde::setButtonState(cancelled.mainCodeCB, pde::kButtonStateOn);
     cancelled.mainCodeText->setText(QStringLiteral("4321"));
     EXPECT_TRUE(cancelled.shouldPrint());
-    EXPECT_FALSE(readRecord().contains("Main Code"));
+    EXPECT_FALSE(pdetest::readRecord().contains("Main Code"));
 }
 
 TEST_F(PanelTest, SummaryListsSwitchedOnCodesUnderTheirTitles)
