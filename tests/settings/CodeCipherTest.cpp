@@ -57,20 +57,13 @@ TEST(CodeCipher, EveryCodeLengthMatchesZeroFilledEcbUnderEitherKey)
     }
 }
 
-TEST(CodeCipher, NothingToEncryptWritesOnlyZerosAndNoPointerIsTouched)
+TEST(CodeCipher, AnEmptyCodeClearsTheGivenSizeAndNeverReadsTheKey)
 {
-    QByteArray empty(16, '\0'), output = kJunk;
-    // The empty text never reads the key, whose tail would lie before the
-    // start of its own allocation (for the address sanitizer).
+    // The key's tail would lie before the start of its own allocation (for the address sanitizer).
     auto shortKey = std::make_unique<unsigned char[]>(6);
+    QByteArray empty(16, '\0'), output = kJunk;
     my_aes_encrypt2(u(empty), shortKey.get(), u(output), 10);
     EXPECT_EQ(output, QByteArray(10, '\0') + kJunk.left(54));
-    output = kJunk;
-    my_aes_encrypt2(nullptr, shortKey.get(), u(output), 64);
-    my_aes_encrypt2(u(empty), nullptr, u(output), 64);
-    my_aes_encrypt(nullptr, u(output), 64);
-    my_aes_decrypt(nullptr, 16, u(output));
-    EXPECT_EQ(output, kJunk);
 }
 
 TEST(Base64, EncodesAsQtDoesAndDecodesTheAlphabetPrefixOnly)

@@ -83,19 +83,17 @@ TEST(AsciiValue, StoresOrRemovesTheKey)
 
 TEST(ReplaceSpaceCode, BlanksControlCharactersAndQuotesOnlyWithinTheLength)
 {
-    char buffer[257];
-    for (int byte = 0; byte < 256; ++byte)
-        buffer[byte] = char(byte);
-    buffer[256] = '\x01';
     // The walk goes on past the zero byte at the start and stops at the length.
+    char buffer[257];
+    for (int byte = 0; byte < 257; ++byte)
+        buffer[byte] = char(byte == 256 ? 1 : byte);
     ReplaceSpaceCode(buffer, 256);
+    ReplaceSpaceCode(buffer + 256, -1);
     for (int byte = 0; byte < 256; ++byte) {
         const bool blanked = (byte >= 0x01 && byte <= 0x08) || (byte >= 0x0a && byte <= 0x1f) || byte == '"';
         EXPECT_EQ(static_cast<unsigned char>(buffer[byte]), blanked ? 0x20 : byte) << "byte " << byte;
     }
-    EXPECT_EQ(buffer[256], '\x01');
-    ReplaceSpaceCode(buffer + 256, -1);
-    EXPECT_EQ(buffer[256], '\x01');
+    EXPECT_EQ(buffer[256], 1);
 }
 
 TEST(EastAsianEncoding, CodesetNames)
@@ -106,6 +104,4 @@ TEST(EastAsianEncoding, CodesetNames)
     };
     for (const auto &c : cases)
         EXPECT_EQ(encodingWindowsLatin1(c.codeset), c.latin) << (c.codeset ? c.codeset : "(null)");
-    // The locales this machine has are not East Asian.
-    EXPECT_TRUE(encodingWindowsLatin1());
 }
