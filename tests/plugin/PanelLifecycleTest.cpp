@@ -28,45 +28,40 @@ protected:
     pdetest::PpdPtr sample = pdetest::openPpd(pdetest::samplePpdPath());
 };
 
+// Only a PPD through constraint handling and a current printer give a queue's domain; without one
+// the panel neither loads nor touches a record.
 TEST_F(PanelTest, CreationDecodesTheModelAndNamesTheQueuesDomain)
 {
-    const struct { const char *file; pde::StringEncoding encoding; const char16_t *model; } cases[] = {
-        { "nurat-sjis.ppd", pde::kStringEncodingShiftJIS, u"ヌラト 複合機 QR7150K 表" },
-        { "nurat-utf8.ppd", pde::kStringEncodingUTF8, u"Nurat QR7150K Ü" },
-        { "nurat-lowercase-utf8.ppd", pde::kStringEncodingMacRoman, u"Nurat QR7150K" },
-        { "nurat-noencoding.ppd", pde::kStringEncodingMacRoman, u"Nurat QR7150K" },
+    const QVariantMap record { { "Model Name", "Nurat QR7150K" }, { "Release Number", "1.00" }, { "hold button", 1 } };
+    const pde::Printer office { QStringLiteral("office"), QString() }, duplex { QStringLiteral("office"), QStringLiteral("duplex") };
+    const struct { const char *file; bool constraints; std::optional<pde::Printer> printer; pde::StringEncoding encoding;
+                   const char16_t *model; const char *domain; } cases[] = {
+        { "nurat-sjis.ppd", true, office, pde::kStringEncodingShiftJIS, u"ヌラト 複合機 QR7150K 表", "jp.co.nurat.mfp.office" },
+        { "nurat-utf8.ppd", true, office, pde::kStringEncodingUTF8, u"Nurat QR7150K Ü", "jp.co.nurat.mfp.office" },
+        { "nurat-lowercase-utf8.ppd", true, office, pde::kStringEncodingMacRoman, u"Nurat QR7150K", "jp.co.nurat.mfp.office" },
+        { "nurat-noencoding.ppd", true, duplex, pde::kStringEncodingMacRoman, u"Nurat QR7150K", "jp.co.nurat.mfp.office/duplex" },
+        { "nurat-noencoding.ppd", true, std::nullopt, pde::kStringEncodingMacRoman, u"Nurat QR7150K", nullptr },
+        { "nurat-noencoding.ppd", false, office, pde::kStringEncodingMacRoman, nullptr, nullptr },
+        { "no-such.ppd", true, office, pde::kStringEncodingMacRoman, nullptr, nullptr },
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.file);
+        SCOPED_TRACE(testing::Message() << c.file << (c.constraints ? "" : " without constraints") << (c.printer ? "" : " without printer"));
+        pdetest::writeDomain(QVariantMap { { "Billing Code", record } });
         const auto ppd = pdetest::openPpd(pdetest::testDataPath(QString::fromLatin1(c.file)));
-        ASSERT_TRUE(ppd);
-        Panel panel(std::make_shared<ConstraintTestCallback>(ppd.get()));
-        EXPECT_EQ(panel.ppdEncoding, c.encoding);
-        EXPECT_EQ(panel.modelStringRef, QString::fromUtf16(c.model));
-        EXPECT_EQ(panel.preferenceName, kDomain);
-    }
-    auto withInstance = host();
-    withInstance->session.setCurrentPrinter(pde::Printer { QStringLiteral("office"), QStringLiteral("duplex") });
-    EXPECT_EQ(Panel(withInstance).preferenceName, QStringLiteral("jp.co.nurat.mfp.office/duplex"));
-    // No current printer: no queue to keep preferences for.
-    withInstance->session.setCurrentPrinter(std::nullopt);
-    EXPECT_TRUE(Panel(withInstance).preferenceName.isNull());
-}
-
-TEST_F(PanelTest, WithoutAPpdThereIsNoModelAndNoDomainToTouch)
-{
-    const QVariantMap record { { "Model Name", "Nurat QR7150K" }, { "Release Number", "1.00" }, { "hold button", 1 } };
-    pdetest::writeDomain(QVariantMap { { "Billing Code", record } });
-    // A host without constraint handling has no call for the session's PPD.
-    for (const std::shared_ptr<TestCallback> &host : std::initializer_list<std::shared_ptr<TestCallback>> {
-             std::make_shared<TestCallback>(sample.get()), std::make_shared<ConstraintTestCallback>(nullptr) }) {
+        auto host = c.constraints ? std::make_shared<ConstraintTestCallback>(ppd.get()) : std::make_shared<TestCallback>(ppd.get());
+        host->session.setCurrentPrinter(c.printer);
         Panel panel(host);
-        EXPECT_TRUE(panel.preferenceName.isNull() && panel.modelStringRef.isNull());
+        EXPECT_EQ(panel.modelStringRef, c.model ? QString::fromUtf16(c.model) : QString());
+        EXPECT_EQ(panel.preferenceName, c.domain ? QString::fromLatin1(c.domain) : QString());
+        if (c.model) {
+            EXPECT_EQ(panel.ppdEncoding, c.encoding);
+        }
+        if (c.domain)
+            continue;
         EXPECT_EQ(panel.prefHoldButtonFlag, 0u);
-        EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr) && panel.saveValuesAndReturnError(nullptr));
-        EXPECT_TRUE(panel.shouldPrint());
+        EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr) && panel.saveValuesAndReturnError(nullptr) && panel.shouldPrint());
+        EXPECT_EQ(pdetest::readRecord().keys(), record.keys());
     }
-    EXPECT_EQ(pdetest::readRecord().keys(), record.keys());
 }
 
 // A view the host asks for before any restore is the host's from the start (see the lifecycle fault test).
