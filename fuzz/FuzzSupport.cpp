@@ -43,14 +43,8 @@ QString preferencesFolder()
 
 ppd_file_t *samplePpd()
 {
-    static ppd_file_t *ppd = ppdOpenFile(PDE_SAMPLE_PPD);
+    static ppd_file_t *ppd = pdetest::openPpd(pdetest::samplePpdPath()).release();
     return ppd;
-}
-
-FuzzCallback::FuzzCallback(ppd_file_t *ppdFile)
-    : ppd(ppdFile)
-{
-    session.setCurrentPrinter(pde::Printer { QString::fromLatin1(kFuzzPrinter), QString() });
 }
 
 } // namespace pdefuzz

@@ -1,77 +1,54 @@
 #pragma once
 
-#include <QByteArray>
-#include <QList>
-#include <QString>
-#include <QVariantMap>
+#include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
+#include "tests/support/OpenSslReference.h"
+#include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
-#include <utility>
-
-#include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
-#include "tests/support/TestSupport.h"
 
 namespace exchangetest {
 
-// Print settings that remember every write, in order.
-class RecordingPrintSettings : public pde::PrintSettings
-{
-public:
-    void setValue(const QString &key, const std::optional<QString> &value) override
-    {
-        writes.append({ key, value });
-        pde::PrintSettings::setValue(key, value);
-    }
-    QStringList writtenKeys() const
-    {
-        QStringList keys;
-        for (const auto &write : writes)
-            keys << write.first;
-        return keys;
-    }
-
-    QList<std::pair<QString, std::optional<QString>>> writes;
-};
-
-// A host with constraint handling (so the panel takes its PPD) whose print
-// settings record the writes.
-class RecordingCallback : public pdetest::ConstraintTestCallback
-{
-public:
-    using pdetest::ConstraintTestCallback::ConstraintTestCallback;
-    pde::PrintSettings *printSettings() override { return settingsAvailable ? &recording : nullptr; }
-    RecordingPrintSettings recording;
-};
-
-inline constexpr char kPrinter[] = "office";
-inline constexpr char kDomain[] = "jp.co.nurat.mfp.office";
-inline constexpr char kModel[] = "Nurat QR7150K";
+inline const QString kTicketPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
 // A panel with its view on the sample printer, whose queue has no
-// preferences domain, and recording print settings.
+// preferences domain yet, under a host with constraint handling.
 class PanelOnSamplePrinter : public ::testing::Test
 {
 protected:
-    void SetUp() override;
+    void SetUp() override
+    {
+        pdetest::writeDomain(std::nullopt);
+        ASSERT_TRUE(ppd);
+        createPanel();
+    }
+    void createPanel()
+    {
+        panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(callback);
+        ASSERT_TRUE(panel->panelView());
+    }
+    // A ticket value by its key without the common prefix.
+    std::optional<QString> ticket(const QString &key) const { return callback->settings.value(kTicketPrefix + key); }
+    // The plain stamp of the ticket, from its hex text.
+    QByteArray stamp() const { return QByteArray::fromHex(ticket(QStringLiteral("spoolTime")).value_or(QString()).toLatin1()); }
+    // A code's bytes decrypted from its Base64 copy under the stamp's last 16 bytes, zero fill dropped.
+    QByteArray decryptedCode(const QString &key) const
+    {
+        QByteArray plain = pdetest::aes128Ecb(stamp().right(16), QByteArray::fromBase64(ticket(key).value_or(QString()).toLatin1()), false);
+        while (plain.endsWith('\0'))
+            plain.chop(1);
+        return plain;
+    }
 
-    pdetest::PpdPtr ppd;
-    std::shared_ptr<RecordingCallback> callback;
+    pdetest::PpdPtr ppd = pdetest::openPpd(pdetest::samplePpdPath());
+    std::shared_ptr<pdetest::ConstraintTestCallback> callback = std::make_shared<pdetest::ConstraintTestCallback>(ppd.get());
     std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panel;
 };
 
-// Writes a domain file, or removes it for nothing.
-void writeDomain(const std::optional<QVariantMap> &domain);
-std::optional<QVariantMap> readDomain();
-QVariantMap record(const QVariantMap &domain);
-
-// The plain stamp of a ticket, from its hex text.
-QByteArray stampOfTicket(const pde::PrintSettings &settings);
-// Code bytes decrypted from a ticket's Base64 copy with OpenSSL, under the
-// last 16 bytes of the stamp; trailing zero bytes dropped.
-QByteArray decryptTicketCode(const QString &base64, const QByteArray &stamp);
-QString hexOf(const QByteArray &bytes);
+inline QString hexOf(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes.toHex().toUpper());
+}
 
 } // namespace exchangetest

@@ -22,7 +22,7 @@ QMap<QString, QString> asText(const QVariantMap &record)
     return text;
 }
 
-QVariantMap fullRecord(const QString &model, const QString &release)
+QVariantMap fullRecord(const QString &model = QStringLiteral("Nurat QR7150K"), const QString &release = "1.00")
 {
     return { { "Model Name", model }, { "Release Number", release }, { "Main Code CheckBox", true },
              { "Main Code", "1111" }, { "Sub Code CheckBox", true }, { "Sub Code", "22" },
@@ -37,45 +37,28 @@ QVariantMap asTextValues(QVariantMap record)
     return record;
 }
 
-std::unique_ptr<JpCoNuratPrintPdeQr7150kBC> panelFor(const std::shared_ptr<RecordingCallback> &callback)
-{
-    auto panel = std::make_unique<JpCoNuratPrintPdeQr7150kBC>(callback);
-    panel->panelView();
-    return panel;
-}
-
-class StoredPreferences : public ::testing::Test
-{
-protected:
-    void SetUp() override { ASSERT_TRUE(ppd); }
-
-    pdetest::PpdPtr ppd = pdetest::openPpd(pdetest::samplePpdPath());
-    std::shared_ptr<RecordingCallback> callback = std::make_shared<RecordingCallback>(ppd.get(), QString::fromLatin1(kPrinter));
-};
+using StoredPreferences = PanelOnSamplePrinter;
 
 TEST_F(StoredPreferences, NoDomainIsNeverCreated)
 {
-    writeDomain(std::nullopt);
-    auto panel = panelFor(callback);
-    EXPECT_EQ(panel->preferenceName, QString::fromLatin1(kDomain));
     EXPECT_FALSE(panel->SaveUserPreference());
     panel->shouldPrint();
-    EXPECT_FALSE(QFileInfo::exists(pde::UserDefaults::fileNameForDomain(QString::fromLatin1(kDomain))));
+    EXPECT_FALSE(QFileInfo::exists(pde::UserDefaults::fileNameForDomain(QString::fromLatin1(pdetest::kSampleDomain))));
 }
 
-TEST_F(StoredPreferences, CheckResetsRecordsOfAnotherModelOrRelease)
+// Creation checks the record before it loads it: a record of another model never fills the panel.
+TEST_F(StoredPreferences, CreationResetsRecordsOfAnotherModelOrReleaseBeforeLoadingThem)
 {
-    const QString model = QString::fromLatin1(kModel);
-    const QVariantMap reset { { "Model Name", model }, { "Release Number", "1.00" }, { "Main Code CheckBox", false },
-                              { "Sub Code CheckBox", false } };
+    const QVariantMap reset { { "Model Name", "Nurat QR7150K" }, { "Release Number", "1.00" },
+                              { "Main Code CheckBox", false }, { "Sub Code CheckBox", false } };
     QVariantMap resetKeepingColour = reset;
     resetKeepingColour.insert("Colour", "blue");
     const struct { const char *name; std::optional<QVariantMap> record; QVariantMap expected; } cases[] = {
-        { "valid record is kept", fullRecord(model, "1.00"), fullRecord(model, "1.00") },
-        { "first release's text gets its types", asTextValues(fullRecord(model, "1.00")), fullRecord(model, "1.00") },
-        { "another model", fullRecord("Nurat QR5000", "1.00"), resetKeepingColour },
-        { "another release", fullRecord(model, "1.0"), resetKeepingColour },
-        { "model compared case-sensitively", fullRecord(model.toUpper(), "1.00"), resetKeepingColour },
+        { "valid record is kept", fullRecord(), fullRecord() },
+        { "first release's text gets its types", asTextValues(fullRecord()), fullRecord() },
+        { "another model", fullRecord("Nurat QR5000"), resetKeepingColour },
+        { "another release", fullRecord("Nurat QR7150K", "1.0"), resetKeepingColour },
+        { "model compared case-sensitively", fullRecord("NURAT QR7150K"), resetKeepingColour },
         { "no record yet", std::nullopt, reset },
     };
     for (const auto &c : cases) {
@@ -83,48 +66,49 @@ TEST_F(StoredPreferences, CheckResetsRecordsOfAnotherModelOrRelease)
         QVariantMap domain { { "Other", "x" } };
         if (c.record)
             domain.insert("Billing Code", *c.record);
-        writeDomain(domain);
-        panelFor(callback);
-        const std::optional<QVariantMap> stored = readDomain();
+        pdetest::writeDomain(domain);
+        createPanel();
+        const std::optional<QVariantMap> stored = pdetest::readDomain();
         ASSERT_TRUE(stored);
         EXPECT_EQ(stored->value("Other"), QVariant("x"));
-        EXPECT_EQ(asText(record(*stored)), asText(c.expected));
+        EXPECT_EQ(asText(pdetest::readRecord()), asText(c.expected));
+        EXPECT_EQ(panel->prefHoldButtonFlag, c.expected.value("hold button").toUInt());
+        EXPECT_EQ(panel->prefMainCodeStringRef, c.expected.value("Main Code"));
     }
 }
 
-TEST_F(StoredPreferences, SaveStoresTheControlsWhateverTheKeepButtonAndLoadsThemAgain)
+// Printing stores the controls whatever the keep button, and loads them again for the next restore.
+TEST_F(StoredPreferences, PrintingStoresTheControlsAndLoadsThemAgain)
 {
     for (int hold : { 0, 1 }) {
         SCOPED_TRACE(hold);
-        writeDomain(QVariantMap { { "Billing Code", fullRecord(QString::fromLatin1(kModel), "1.00") } });
-        auto panel = panelFor(callback);
+        pdetest::writeDomain(QVariantMap { { "Billing Code", fullRecord() } });
+        createPanel();
+        panel->restoreValuesAndReturnError(nullptr);
+        pde::setButtonState(panel->holdButton, 0);
         pde::setButtonState(panel->mainCodeCB, 1);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("a b:c@d"));
-        pde::setButtonState(panel->subCodeCB, 0);
+        pde::setButtonState(panel->subCodeCB, -1);
         pde::setStringValue(panel->subCodeText, QString());
         pde::setButtonState(panel->holdButton, hold);
-        EXPECT_TRUE(panel->SaveUserPreference());
+        EXPECT_TRUE(panel->shouldPrint());
 
-        QVariantMap expected = fullRecord(QString::fromLatin1(kModel), "1.00");
+        QVariantMap expected = fullRecord();
         expected.insert("Main Code", "a b:c@d");
-        expected.insert("Sub Code CheckBox", false);
+        expected.insert("Sub Code CheckBox", false); // a mixed box is stored as off
         expected.insert("Sub Code", "");
         expected.insert("hold button", hold);
-        EXPECT_EQ(asText(record(*readDomain())), asText(expected));
-
-        panel->GetUserPreference();
+        EXPECT_EQ(asText(pdetest::readRecord()), asText(expected));
         EXPECT_EQ(panel->prefHoldButtonFlag, quint32(hold));
-        EXPECT_EQ(panel->prefMainCodeStringRef.toString(), QStringLiteral("a b:c@d"));
-        EXPECT_FALSE(panel->prefSubCodeCBBooleanRef.toBool());
+        EXPECT_EQ(panel->prefMainCodeStringRef, QVariant("a b:c@d"));
     }
 }
 
 TEST_F(StoredPreferences, LoadWithoutRecordLeavesTheFieldsCleared)
 {
-    writeDomain(QVariantMap { { "Billing Code", fullRecord(QString::fromLatin1(kModel), "1.00") } });
-    auto panel = panelFor(callback);
-    EXPECT_EQ(panel->prefHoldButtonFlag, 1u);
-    writeDomain(QVariantMap { { "Other", "x" } });
+    pdetest::writeDomain(QVariantMap { { "Billing Code", fullRecord() } });
+    createPanel();
+    pdetest::writeDomain(QVariantMap { { "Other", "x" } });
     panel->GetUserPreference();
     EXPECT_EQ(panel->prefHoldButtonFlag, 0u);
     for (const QVariant *field : { &panel->prefMainCodeCBBooleanRef, &panel->prefMainCodeStringRef,

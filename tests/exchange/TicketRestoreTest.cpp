@@ -6,112 +6,79 @@
 #include "platform/ButtonState.h"
 #include "platform/Toolkit.h"
 
-#include <gtest/gtest.h>
-
 using namespace exchangetest;
 
 namespace {
-
-const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
 class TicketRestore : public PanelOnSamplePrinter
 {
 protected:
     void setTicket(const QMap<QString, QString> &values)
     {
-        for (const QString &key : callback->recording.keys())
-            callback->recording.setValue(key, std::nullopt);
+        for (const QString &key : callback->settings.keys())
+            callback->settings.setValue(key, std::nullopt);
         for (auto it = values.cbegin(); it != values.cend(); ++it)
-            callback->recording.setValue(kPrefix + it.key(), it.value());
+            callback->settings.setValue(kTicketPrefix + "bc." + it.key(), it.value());
     }
-
-    int state(QAbstractButton *button) const { return pde::buttonState(button); }
-};
-
-struct TicketCase
-{
-    const char *name;
-    QMap<QString, QString> ticket;
-    int hold, main, sub;
-    QString mainText, subText;
+    // The controls after a restore: keep button, main and sub check box, main and sub code.
+    QString restored()
+    {
+        panel->restoreValuesAndReturnError(nullptr);
+        return QStringLiteral("%1 %2 %3 [%4] [%5]").arg(pde::buttonState(panel->holdButton)).arg(pde::buttonState(panel->mainCodeCB))
+            .arg(pde::buttonState(panel->subCodeCB)).arg(panel->mainCodeText->text(), panel->subCodeText->text());
+    }
 };
 
 TEST_F(TicketRestore, FillsTheControlsFromTheTicket)
 {
-    const TicketCase cases[] = {
-        { "all on", { { "bc.holdButton", "1" }, { "bc.mainCodecb", "1" }, { "bc.mainCode", "31323334" },
-                      { "bc.subCodecb", "1" }, { "bc.subCode", "35" } }, 1, 1, 1, "1234", "5" },
-        { "empty ticket", {}, 0, 0, 0, "", "" },
-        { "only bit 0 of the keep value counts", { { "bc.holdButton", "3" } }, 1, 0, 0, "", "" },
-        { "an even keep value is off", { { "bc.holdButton", "2" } }, 0, 0, 0, "", "" },
-        { "a keep value of -1 is on", { { "bc.holdButton", "-1" } }, 1, 0, 0, "", "" },
-        { "a keep value that is no number is off", { { "bc.holdButton", "on" } }, 0, 0, 0, "", "" },
-        { "states are the leading integer of any value", { { "bc.holdButton", "1" + QString(300, QLatin1Char(' ')) },
-          { "bc.mainCodecb", QStringLiteral("1\u00e9") } }, 1, 1, 0, "", "" },
-        { "check box value 0 is off", { { "bc.mainCodecb", "0" }, { "bc.mainCode", "31" } }, 0, 0, 0, "", "" },
-        { "upper-case hex round-trips", { { "bc.mainCodecb", "1" }, { "bc.mainCode", "4A" } }, 0, 1, 0, "J", "" },
-        { "lower-case hex decodes to other bytes", { { "bc.mainCodecb", "1" }, { "bc.mainCode", "4a" } }, 0, 1, 0, "j", "" },
-        { "bytes not valid in the encoding give an empty field", { { "bc.mainCodecb", "1" }, { "bc.mainCode", "FF" } }, 0, 1, 0, "", "" },
-        { "a value too long for the ticket is absent", { { "bc.mainCodecb", "1" }, { "bc.mainCode", QString(256, QLatin1Char('4')) } }, 0, 1, 0, "", "" },
-        { "a value that is not ASCII is absent", { { "bc.mainCodecb", "1" }, { "bc.mainCode", QStringLiteral("3\u00e9") } }, 0, 1, 0, "", "" },
-        { "sub code on while main code off is switched off", { { "bc.subCodecb", "1" }, { "bc.subCode", "35" } }, 0, 0, 0, "", "5" },
+    const struct { const char *name; QMap<QString, QString> ticket; const char *expected; } cases[] = {
+        { "all on", { { "holdButton", "1" }, { "mainCodecb", "1" }, { "mainCode", "31323334" }, { "subCodecb", "1" },
+                      { "subCode", "35" } }, "1 1 1 [1234] [5]" },
+        { "empty ticket", {}, "0 0 0 [] []" },
+        { "only bit 0 of the keep value counts", { { "holdButton", "3" } }, "1 0 0 [] []" },
+        { "an even keep value is off", { { "holdButton", "2" } }, "0 0 0 [] []" },
+        { "a keep value of -1 is on", { { "holdButton", "-1" } }, "1 0 0 [] []" },
+        { "a keep value that is no number is off", { { "holdButton", "on" } }, "0 0 0 [] []" },
+        { "states are the leading integer of any value",
+          { { "holdButton", "1" + QString(300, ' ') }, { "mainCodecb", "1\u00e9" } }, "1 1 0 [] []" },
+        { "check box value 0 is off", { { "mainCodecb", "0" }, { "mainCode", "31" } }, "0 0 0 [] []" },
+        { "lower-case hex decodes to other bytes", { { "mainCodecb", "1" }, { "mainCode", "4a" } }, "0 1 0 [j] []" },
+        { "bytes not valid in the encoding", { { "mainCodecb", "1" }, { "mainCode", "FF" } }, "0 1 0 [] []" },
+        { "a value too long for the ticket is absent", { { "mainCodecb", "1" }, { "mainCode", QString(256, '4') } }, "0 1 0 [] []" },
+        { "a value that is not ASCII is absent", { { "mainCodecb", "1" }, { "mainCode", "3\u00e9" } }, "0 1 0 [] []" },
+        { "sub code on while main code off is switched off", { { "subCodecb", "1" }, { "subCode", "35" } }, "0 0 0 [] [5]" },
     };
-    for (const TicketCase &c : cases) {
+    for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("old"));
         setTicket(c.ticket);
-        panel->restoreValuesAndReturnError(nullptr);
-        EXPECT_EQ(state(panel->holdButton), c.hold);
-        EXPECT_EQ(state(panel->mainCodeCB), c.main);
-        EXPECT_EQ(state(panel->subCodeCB), c.sub);
-        EXPECT_EQ(panel->mainCodeText->text(), c.mainText);
-        EXPECT_EQ(panel->subCodeText->text(), c.subText);
+        EXPECT_EQ(restored(), c.expected);
     }
 }
 
+// The stored record fills the panel once; a missing value is read differently for each check box.
 TEST_F(TicketRestore, PendingRecordFillsThePanelOnce)
 {
-    setTicket({ { "bc.mainCodecb", "0" }, { "bc.subCodecb", "1" }, { "bc.subCode", "39" } });
-    panel->prefHoldButtonFlag = 3;
-    panel->prefMainCodeCBBooleanRef = true;
-    panel->prefMainCodeStringRef = QStringLiteral("4711");
-    panel->prefSubCodeCBBooleanRef = false;
-    panel->prefSubCodeStringRef = QStringLiteral("8");
-
-    panel->restoreValuesAndReturnError(nullptr);
-    EXPECT_EQ(state(panel->holdButton), 1);
-    EXPECT_EQ(state(panel->mainCodeCB), 1);
-    EXPECT_EQ(panel->mainCodeText->text(), QStringLiteral("4711"));
-    EXPECT_EQ(state(panel->subCodeCB), 0);
-    EXPECT_EQ(panel->prefHoldButtonFlag, 2u) << "only bit 0 is cleared";
-
-    // The next restore reads the ticket only.
-    panel->restoreValuesAndReturnError(nullptr);
-    EXPECT_EQ(state(panel->holdButton), 0);
-    EXPECT_EQ(state(panel->mainCodeCB), 0);
-    EXPECT_EQ(panel->mainCodeText->text(), QString());
-}
-
-TEST_F(TicketRestore, PendingRecordWithMissingValues)
-{
-    // Main check box missing: off, whatever the ticket says; keep button on.
-    setTicket({ { "bc.mainCodecb", "1" }, { "bc.subCodecb", "1" } });
-    panel->prefHoldButtonFlag = 1;
-    panel->restoreValuesAndReturnError(nullptr);
-    EXPECT_EQ(state(panel->holdButton), 1);
-    EXPECT_EQ(state(panel->mainCodeCB), 0);
-
-    // Sub check box missing: the ticket's value stands; no stored code keeps the field's text.
-    setTicket({ { "bc.subCodecb", "1" } });
-    panel->prefHoldButtonFlag = 1;
-    panel->prefMainCodeCBBooleanRef = true;
-    pde::setStringValue(panel->mainCodeText, QStringLiteral("kept"));
-    pde::setStringValue(panel->subCodeText, QStringLiteral("also kept"));
-    panel->restoreValuesAndReturnError(nullptr);
-    EXPECT_EQ(state(panel->mainCodeCB), 1);
-    EXPECT_EQ(state(panel->subCodeCB), 1);
-    EXPECT_EQ(panel->mainCodeText->text(), QStringLiteral("kept"));
-    EXPECT_EQ(panel->subCodeText->text(), QStringLiteral("also kept"));
+    const QMap<QString, QString> ticket { { "mainCodecb", "1" }, { "mainCode", "31" }, { "subCodecb", "1" }, { "subCode", "39" } };
+    const struct { const char *name; QVariant mainOn, mainCode, subOn, subCode; const char *expected; } cases[] = {
+        { "all stored", true, "4711", false, "8", "1 1 0 [4711] []" },
+        { "no main check box: off", {}, "4711", true, "8", "1 0 0 [] [8]" },
+        { "no sub check box: the ticket's; no codes: the fields'", true, {}, {}, {}, "1 1 1 [kept] [kept]" },
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        setTicket(ticket);
+        pde::setStringValue(panel->mainCodeText, QStringLiteral("kept"));
+        pde::setStringValue(panel->subCodeText, QStringLiteral("kept"));
+        panel->prefHoldButtonFlag = 3;
+        panel->prefMainCodeCBBooleanRef = c.mainOn;
+        panel->prefMainCodeStringRef = c.mainCode;
+        panel->prefSubCodeCBBooleanRef = c.subOn;
+        panel->prefSubCodeStringRef = c.subCode;
+        EXPECT_EQ(restored(), c.expected);
+        EXPECT_EQ(panel->prefHoldButtonFlag, 2u) << "only bit 0 is cleared";
+        EXPECT_EQ(restored(), "0 1 1 [1] [9]") << "the next restore reads the ticket only";
+    }
 }
 
 TEST_F(TicketRestore, WithoutPrintSettingsTheControlsStayAsTheyAre)
@@ -119,9 +86,7 @@ TEST_F(TicketRestore, WithoutPrintSettingsTheControlsStayAsTheyAre)
     pde::setButtonState(panel->mainCodeCB, 1);
     pde::setStringValue(panel->mainCodeText, QStringLiteral("12"));
     callback->settingsAvailable = false;
-    panel->restoreValuesAndReturnError(nullptr);
-    EXPECT_EQ(state(panel->mainCodeCB), 1);
-    EXPECT_EQ(panel->mainCodeText->text(), QStringLiteral("12"));
+    EXPECT_EQ(restored(), "0 1 0 [12] []");
 }
 
 } // namespace

@@ -8,8 +8,6 @@
 
 namespace {
 
-using pdetest::testDataPath;
-
 class PpdChoiceTest : public ::testing::Test
 {
 protected:
@@ -23,46 +21,36 @@ protected:
         ASSERT_EQ(choices.size(), 3);
     }
 
-    pdetest::PpdPtr ppd = pdetest::openPpd(testDataPath(QStringLiteral("nurat-utf8.ppd")));
+    pdetest::PpdPtr ppd = pdetest::openPpd(pdetest::testDataPath(QStringLiteral("nurat-utf8.ppd")));
     ppd_option_t *slot = nullptr, *staple = nullptr;
     PDEChoiceList choices;
 };
 
-TEST_F(PpdChoiceTest, ArrayWrapsEveryChoiceInOrderAndIsSearchedByKeyword)
+TEST_F(PpdChoiceTest, ArrayWrapsEveryChoiceInOrderIsSearchedByKeywordAndKeepsTheFirstTitle)
 {
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(choices.at(i)->choice(), &slot->choices[i]);
-    EXPECT_EQ(choices.at(2)->ppdTitle(), QStringLiteral("Tray2"));
     ppd_option_t empty {};
     EXPECT_EQ(ArrayFromPPDOption(&empty), std::optional<PDEChoiceList>(PDEChoiceList()));
     EXPECT_FALSE(ArrayFromPPDOption(nullptr));
 
-    EXPECT_EQ(FindChoiceForString(QStringLiteral("Tray1"), choices), choices.at(1));
-    EXPECT_EQ(FindChoiceForString(QStringLiteral("tray1"), choices), nullptr);
-    EXPECT_EQ(FindChoiceForString(QString(), choices), nullptr);
+    // A failed search answers one past the last index, a missing keyword the first.
     const struct { QString keyword; PDEChoiceList list; qint64 index; } cases[] = {
-        { QStringLiteral("Tray1"), choices, 1 }, { QStringLiteral("Manual"), choices, 3 },
+        { QStringLiteral("Tray1"), choices, 1 }, { QStringLiteral("tray1"), choices, 3 },
         { QStringLiteral(""), choices, 3 },      { QString(), choices, 0 },
         { QStringLiteral("Tray1"), {}, 0 },
     };
-    for (const auto &c : cases)
-        EXPECT_EQ(GetIndexForString(c.keyword, c.list), c.index) << c.keyword.toStdString();
-}
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.keyword.toStdString());
+        EXPECT_EQ(GetIndexForString(c.keyword, c.list), c.index);
+        const bool found = !c.keyword.isNull() && c.index < c.list.size();
+        EXPECT_EQ(FindChoiceForString(c.keyword, c.list), found ? c.list.at(c.index) : nullptr);
+    }
 
-TEST(PpdChoiceTitle, FirstSuccessfulEncodingIsKept)
-{
-    // libcups hands choice texts over in UTF-8, whatever the file's own encoding.
-    const auto ppd = pdetest::openPpd(testDataPath(QStringLiteral("nurat-sjis.ppd")));
-    ASSERT_TRUE(ppd);
-    ppd_option_t *slot = ppdFindOption(ppd.get(), "InputSlot");
-    ASSERT_TRUE(slot);
-    auto choice = JpCoNuratPrintPdeQr7150kBCPDEChoice::choiceWithChoice(&slot->choices[1]);
-    EXPECT_TRUE(choice->userTitle(pde::kStringEncodingASCII).isNull());
-    EXPECT_TRUE(choice->userTitle(pde::kStringEncodingASCII).isNull()) << "a failure is not kept";
-    EXPECT_EQ(choice->userTitle(pde::kStringEncodingUTF8), QStringLiteral("トレイ１"));
-    // Kept, even where another encoding would read the bytes differently.
-    EXPECT_EQ(choice->userTitle(pde::kStringEncodingMacRoman), QStringLiteral("トレイ１"));
-    EXPECT_EQ(choice->ppdTitle(), QStringLiteral("Tray1"));
+    // A failure is not kept; the first success is, whatever encoding is asked next.
+    EXPECT_TRUE(choices.at(2)->userTitle(pde::kStringEncodingASCII).isNull());
+    EXPECT_EQ(choices.at(2)->userTitle(pde::kStringEncodingUTF8), QStringLiteral("Fach 2 – groß"));
+    EXPECT_EQ(choices.at(2)->userTitle(pde::kStringEncodingMacRoman), QStringLiteral("Fach 2 – groß"));
 }
 
 TEST_F(PpdChoiceTest, MarkedThenDefaultThenNothing)

@@ -12,34 +12,28 @@
 #include <cstring>
 #include <ctime>
 
-TEST(SpoolTime, StampOfAnInstantInItsZone)
+TEST(SpoolTime, StampOfAnInstantInItsZoneAndOfNowInTheSystemZone)
 {
     const struct { const char *utc; int offsetSeconds; const char *stamp; } cases[] = {
         // The zone field counts hundredths of an hour: 5h30 east is +0550.
         { "2024-03-05T00:07:03Z", 9 * 3600, "Tue, 5 Mar 2024 09:07:03 +0900" },
         { "2024-01-01T04:59:59.999Z", -5 * 3600, "Sun, 31 Dec 2023 23:59:59 -0500" },
         { "2024-01-01T00:00:00Z", 5 * 3600 + 1800, "Mon, 1 Jan 2024 05:30:00 +0550" },
-        { "2024-02-29T18:20:00Z", 5 * 3600 + 2700, "Fri, 1 Mar 2024 00:05:00 +0575" },
         { "2024-07-14T02:00:00Z", -(3 * 3600 + 1800), "Sat, 13 Jul 2024 22:30:00 -0350" },
         { "2024-09-02T00:00:00Z", -59 * 60, "Sun, 1 Sep 2024 23:01:00 -0098" },
         { "2024-11-20T12:34:56Z", 0, "Wed, 20 Nov 2024 12:34:56 +0000" },
     };
+    char buffer[32];
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.stamp);
         const QDateTime utc = QDateTime::fromString(QString::fromLatin1(c.utc), Qt::ISODateWithMs);
-        char buffer[32];
         EXPECT_EQ(GetSpoolTime(buffer, utc.toTimeZone(QTimeZone(c.offsetSeconds))), int(strlen(c.stamp)));
         EXPECT_STREQ(buffer, c.stamp);
     }
-}
 
-TEST(SpoolTime, StampOfNowTakesTheSystemZone)
-{
     const bool hadZone = qEnvironmentVariableIsSet("TZ");
     const QByteArray previous = qgetenv("TZ");
     qputenv("TZ", "JST-9");
     tzset();
-    char buffer[32];
     const int written = GetSpoolTime(buffer);
     hadZone ? qputenv("TZ", previous) : qunsetenv("TZ");
     tzset();
@@ -65,67 +59,49 @@ TEST(HexText, EveryByteRoundTripsInUpperCaseAndDecodingDoesNotValidate)
         { "1F5X", 3, "\x1f\x20" }, // nothing past the length is read
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.text);
         decoded.fill('\xA5');
         myatoi(c.text, reinterpret_cast<unsigned char *>(decoded.data()), c.length);
-        EXPECT_EQ(decoded.left(c.bytes.size() + 2), c.bytes + '\0' + '\xA5') << "then the terminating zero";
+        EXPECT_EQ(decoded.left(c.bytes.size() + 2), c.bytes + '\0' + '\xA5') << c.text;
     }
 }
 
 TEST(AsciiValue, StoresOrRemovesTheKey)
 {
     const QString key = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.mainCode");
-    using Value = std::optional<QString>;
-    const struct { const char *name; Value before; const char *value; Value after; } cases[] = {
-        { "set", std::nullopt, "Zm9v+/==", QStringLiteral("Zm9v+/==") },
-        { "empty removes", QStringLiteral("old"), "", std::nullopt },
-        { "missing removes", QStringLiteral("old"), nullptr, std::nullopt },
-        { "non-ASCII keeps", QStringLiteral("old"), "caf\xc3\xa9", QStringLiteral("old") },
+    const struct { const char *value; std::optional<QString> after; } cases[] = {
+        { "Zm9v+/==", QStringLiteral("Zm9v+/==") }, { "", std::nullopt }, { nullptr, std::nullopt },
+        { "caf\xc3\xa9", QStringLiteral("old") }, // not ASCII: the key keeps its value
     };
     for (const auto &c : cases) {
-        SCOPED_TRACE(c.name);
         pde::PrintSettings settings;
-        settings.setValue(key, c.before);
+        settings.setValue(key, QStringLiteral("old"));
         MyPMPrintSetAsciiCStrValue(&settings, key, c.value);
-        EXPECT_EQ(settings.value(key), c.after);
+        EXPECT_EQ(settings.value(key), c.after) << (c.value ? c.value : "(none)");
     }
-
-    pde::PrintSettings settings;
-    MyPMPrintSetAsciiCStrValue(&settings, QString(), "1");
-    EXPECT_TRUE(settings.keys().isEmpty());
     MyPMPrintSetAsciiCStrValue(nullptr, key, "1");
 }
 
-TEST(ReplaceSpaceCode, BlanksControlCharactersAndQuotesOnly)
+TEST(ReplaceSpaceCode, BlanksControlCharactersAndQuotesOnlyWithinTheLength)
 {
-    char buffer[257];
-    for (int byte = 0; byte < 256; ++byte)
-        buffer[byte] = char(byte);
-    buffer[256] = '\x01';
-
     // The walk goes on past the zero byte at the start and stops at the length.
+    char buffer[257];
+    for (int byte = 0; byte < 257; ++byte)
+        buffer[byte] = char(byte == 256 ? 1 : byte);
     ReplaceSpaceCode(buffer, 256);
+    ReplaceSpaceCode(buffer + 256, -1);
     for (int byte = 0; byte < 256; ++byte) {
         const bool blanked = (byte >= 0x01 && byte <= 0x08) || (byte >= 0x0a && byte <= 0x1f) || byte == '"';
         EXPECT_EQ(static_cast<unsigned char>(buffer[byte]), blanked ? 0x20 : byte) << "byte " << byte;
     }
-    EXPECT_EQ(buffer[256], '\x01');
-
-    char text[] = "\x01\"";
-    ReplaceSpaceCode(text, -1);
-    EXPECT_STREQ(text, "\x01\"");
+    EXPECT_EQ(buffer[256], 1);
 }
 
 TEST(EastAsianEncoding, CodesetNames)
 {
     const struct { const char *codeset; bool latin; } cases[] = {
-        { "UTF-8", true }, { "ISO-8859-1", true }, { "CP1252", true }, { "", true }, { nullptr, true },
-        { "EUC-JP-extra", true }, { "SHIFT_JIS", false }, { "sjis", false }, { "eucJP", false },
-        { "ISO-2022-JP", false }, { "BIG5-HKSCS", false }, { "EUC-KR", false }, { "GB18030", false },
-        { "CP949", false },
+        { "UTF-8", true }, { "CP1252", true }, { nullptr, true }, { "EUC-JP-extra", true }, { "SHIFT_JIS", false },
+        { "sjis", false }, { "eucJP", false }, { "BIG5-HKSCS", false }, { "EUC-KR", false }, { "GB18030", false },
     };
     for (const auto &c : cases)
         EXPECT_EQ(encodingWindowsLatin1(c.codeset), c.latin) << (c.codeset ? c.codeset : "(null)");
-    // The locales this machine has are not East Asian.
-    EXPECT_TRUE(encodingWindowsLatin1());
 }

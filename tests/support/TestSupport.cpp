@@ -1,5 +1,7 @@
 #include "tests/support/TestSupport.h"
 
+#include "platform/UserDefaults.h"
+
 #include <QFile>
 
 namespace pdetest {
@@ -32,6 +34,29 @@ void PpdCloser::operator()(ppd_file_t *ppd) const
 PpdPtr openPpd(const QString &path)
 {
     return PpdPtr(ppdOpenFile(QFile::encodeName(path).constData()));
+}
+
+void writeDomain(const std::optional<QVariantMap> &domain, const QString &name)
+{
+    pde::UserDefaults::resetStandardUserDefaults();
+    QFile::remove(pde::UserDefaults::fileNameForDomain(name));
+    if (domain) {
+        auto defaults = pde::UserDefaults::standardUserDefaults();
+        defaults->setPersistentDomain(*domain, name);
+        defaults->synchronize();
+    }
+    pde::UserDefaults::resetStandardUserDefaults();
+}
+
+std::optional<QVariantMap> readDomain(const QString &name)
+{
+    pde::UserDefaults::resetStandardUserDefaults();
+    return pde::UserDefaults::standardUserDefaults()->persistentDomainForName(name);
+}
+
+QVariantMap readRecord()
+{
+    return readDomain().value_or(QVariantMap()).value(QStringLiteral("Billing Code")).toMap();
 }
 
 TestCallback::TestCallback(ppd_file_t *ppdFile, const QString &printer)

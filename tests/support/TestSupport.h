@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QVariantMap>
 
 #include <cups/ppd.h>
 
 #include <memory>
+#include <optional>
 
 #include "platform/ConstraintHandling.h"
 #include "platform/PluginCallback.h"
@@ -25,11 +27,20 @@ struct PpdCloser { void operator()(ppd_file_t *ppd) const; };
 using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
 PpdPtr openPpd(const QString &path);
 
+// The sample printer's queue and the preferences domain named after it.
+inline constexpr char kSamplePrinter[] = "office";
+inline constexpr char kSampleDomain[] = "jp.co.nurat.mfp.office";
+// Replaces the domain's file whole, or removes it for nothing; reads it afresh.
+void writeDomain(const std::optional<QVariantMap> &domain, const QString &name = QString::fromLatin1(kSampleDomain));
+std::optional<QVariantMap> readDomain(const QString &name = QString::fromLatin1(kSampleDomain));
+// The panel's record in the sample domain; empty when there is none.
+QVariantMap readRecord();
+
 // A host callback as a host without constraint handling gives it.
 class TestCallback : public pde::PluginCallback
 {
 public:
-    TestCallback(ppd_file_t *ppd = nullptr, const QString &printer = QStringLiteral("office"));
+    TestCallback(ppd_file_t *ppd = nullptr, const QString &printer = QString::fromLatin1(kSamplePrinter));
 
     pde::PrintSession *printSession() override { return &session; }
     pde::PrintSettings *printSettings() override { return settingsAvailable ? &settings : nullptr; }
