@@ -160,18 +160,20 @@ bool DialogDriver::exec(QString *error)
     prepare();
     m_runError.clear();
     // Once the window is on screen and painted, as a user would see it.
+    // The poll reaches itself through a weak pointer: a strong one would keep
+    // it alive for ever when the dialog closes before the window is shown.
     auto waited = std::make_shared<int>(0);
     auto poll = std::make_shared<std::function<void()>>();
-    *poll = [this, waited, poll] {
+    *poll = [this, waited, weakPoll = std::weak_ptr<std::function<void()>>(poll)] {
+        const auto self = weakPoll.lock();
+        if (!self)
+            return;
         QWindow *window = m_dialog->windowHandle();
         if ((!window || !window->isExposed()) && ++*waited < 100) {
-            QTimer::singleShot(50, m_dialog.get(), *poll);
+            QTimer::singleShot(50, m_dialog.get(), *self);
             return;
         }
-        QTimer::singleShot(100, m_dialog.get(), [this, poll] {
-            *poll = nullptr; // breaks the cycle of the lambda holding itself
-            whenShown();
-        });
+        QTimer::singleShot(100, m_dialog.get(), [this] { whenShown(); });
     };
     QTimer::singleShot(0, m_dialog.get(), *poll);
     const bool accepted = m_dialog->exec() == QDialog::Accepted;
