@@ -20,6 +20,10 @@ HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConne
     setWindowTitle(QStringLiteral("Billing Code — %1 on %2").arg(m_session->job().name, m_queue));
 
     auto *layout = new QVBoxLayout(this);
+    auto *about = new QLabel(QStringLiteral("“%1” waits on %2 for its billing code.")
+                                 .arg(m_session->job().name.toHtmlEscaped(), m_queue.toHtmlEscaped()),
+                             this);
+    layout->addWidget(about);
     m_area = new PanelArea(m_session->views(), m_session->panelNames(), this);
     layout->addWidget(m_area);
     m_problem = new QLabel(this);
