@@ -1,14 +1,17 @@
 // The agent's windows on a real (virtual) display, driven in-process: jobs
 // printed with lp to a holding queue each get a window; Print releases one
 // with the ticket, Cancel Job cancels one, and a job cancelled elsewhere
-// closes its window without anything sent.
+// closes its window without anything sent. Then the codes window unlocks the
+// kept codes, so that --release-kept leaves the next job held.
 
 #include "host/CupsQueue.h"
 #include "host/ControlActions.h"
 #include "host/PluginLoader.h"
 #include "host/agent/HeldJobAgent.h"
+#include "host/agent/JobPanelSession.h"
 #include "host/agent/ServedQueues.h"
 #include "host/agent/cups/JobRequests.h"
+#include "host/agent/ui/CodesWindow.h"
 #include "host/agent/ui/DesktopNotifier.h"
 #include "host/agent/ui/HeldJobWindow.h"
 #include "host/agent/ui/JobWindows.h"
@@ -34,7 +37,7 @@ int lp(const char *queue)
     return QRegularExpression(QStringLiteral("request id is \\w+-(\\d+)")).match(out).captured(1).toInt();
 }
 
-void press(HeldJobWindow *window, const char *button)
+void press(QWidget *window, const char *button)
 {
     auto *found = window->findChild<QPushButton *>(QString::fromLatin1(button));
     ASSERT_TRUE(found && found->isVisible() && found->isEnabled()) << button;
@@ -79,7 +82,8 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     ASSERT_TRUE(window && QTest::qWaitForWindowExposed(window));
     EXPECT_EQ(window->windowTitle(), "Billing Code — sample.txt on held");
     ASSERT_TRUE(applyControlActions({ window }, { { ControlAction::Kind::Click, "mainCodeCB", {} },
-                                                  { ControlAction::Kind::Type, "mainCodeText", "77AB" } },
+                                                  { ControlAction::Kind::Type, "mainCodeText", "77AB" },
+                                                  { ControlAction::Kind::Click, "holdButton", {} } },
                                     true, &error))
         << qPrintable(error);
     const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/agent-window.png");
@@ -100,4 +104,20 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     }
     EXPECT_TRUE(said.contains(QStringLiteral("job %1 on held was cancelled, released or finished elsewhere").arg(gone)))
         << qPrintable(said);
+
+    // The codes were kept; the padlock opened in the codes window ends that.
+    HeldJob noJob;
+    noJob.queue = QStringLiteral("held");
+    std::unique_ptr<JobPanelSession> session = JobPanelSession::open(plugins, *cups, noJob, &error);
+    ASSERT_TRUE(session) << qPrintable(error);
+    CodesWindow codes(std::move(session));
+    codes.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&codes));
+    ASSERT_TRUE(applyControlActions({ &codes }, { { ControlAction::Kind::Click, "holdButton", {} } }, true, &error))
+        << qPrintable(error);
+    press(&codes, "saveButton");
+    EXPECT_TRUE(codes.saved());
+    const int next = lp("held");
+    const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
+    EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
 }
