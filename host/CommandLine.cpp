@@ -63,6 +63,7 @@ ParseResult parseCommandLine(const QStringList &arguments)
         { QStringLiteral("--held"), [&] { options.held = true; } },
         { QStringLiteral("--release-kept"), [&] { options.releaseKept = true; } },
         { QStringLiteral("--agent"), [&] { options.agent = true; } },
+        { QStringLiteral("--codes"), [&] { options.codes = true; } },
     };
     // Each answers an error text, empty when the value is good.
     using Valued = std::function<QString(const QString &)>;
@@ -151,9 +152,11 @@ ParseResult parseCommandLine(const QStringList &arguments)
             return fail(error);
     }
 
-    const int heldModes = int(options.held) + int(options.releaseJob > 0) + int(options.agent);
-    if (heldModes > 1 || (options.held && options.releaseKept) || (options.releaseJob > 0 && options.releaseKept))
-        return fail(QStringLiteral("choose one of --held, --release, --agent (--release-kept goes with --agent)"));
+    const int heldModes = int(options.held) + int(options.releaseJob > 0) + int(options.agent) + int(options.codes);
+    if (heldModes > 1 || ((options.held || options.releaseJob > 0 || options.codes) && options.releaseKept))
+        return fail(QStringLiteral("choose one of --held, --release, --agent, --codes (--release-kept goes with --agent)"));
+    if (options.codes && options.mode == DialogMode::Headless)
+        return fail(QStringLiteral("--codes opens a window; leave out --no-dialog"));
     if (heldModes > 0 || options.releaseKept) {
         if (!options.files.isEmpty())
             return fail(QStringLiteral("held jobs are already printed; leave out the file names"));
@@ -194,8 +197,13 @@ QString usageText()
         "  --release JOB-ID     drive the job's panels (--click, --type) and release it;\n"
         "                       with --dry-run, print its ticket instead\n"
         "  --release-kept       release the held jobs of queues whose codes are kept\n"
+        "  --agent              watch for held jobs and open a window for each, with the\n"
+        "                       queue's panels, \"Print\" and \"Cancel Job\"; with --release-kept,\n"
+        "                       jobs of queues whose codes are kept are released at once\n"
         "  --agent --no-dialog  watch for held jobs and release each with the same steps\n"
         "                       (with --release-kept: only those with kept codes); SIGTERM stops it\n"
+        "  --codes              change or unlock the kept codes of the --printer queue\n"
+        "                       (default: the default queue) in a window, without a job\n"
         "  --queue NAME         serve only this queue (repeatable); default: the queues\n"
         "                       whose PPD has an option a panel handles\n"
         "\n"

@@ -44,6 +44,7 @@ struct Options
     int releaseJob = 0;
     bool releaseKept = false;
     bool agent = false;
+    bool codes = false;         // the queue's panels in a window, without a job
     QStringList queues;         // --queue, repeatable: only these queues are served
 };
 

@@ -51,8 +51,14 @@ int main(int argc, char **argv)
     // one. The minimal platform, unlike offscreen, loads no X11 or GL libraries
     // and reads no font configuration, which the panels' unshown views never need.
     const bool agentCommand = pdeprint::isAgentCommand(options);
-    const bool headless = agentCommand ? options.mode == pdeprint::DialogMode::Headless || !options.agent
-                                       : !pdeprint::wantsDialog(options);
+    const bool windows = options.codes || (options.agent && options.mode != pdeprint::DialogMode::Headless);
+    const bool headless = agentCommand ? !windows : !pdeprint::wantsDialog(options);
+    const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (windows && !display) { // rather than Qt's abort
+        err << "pdeprint: no display for the windows (--agent --no-dialog needs none)" << Qt::endl;
+        return pdeprint::kExitFailure;
+    }
     if (headless)
         qputenv("QT_QPA_PLATFORM", "minimal");
 

@@ -10,6 +10,9 @@
 #include "host/agent/QuitOnSignal.h"
 #include "host/agent/ServedQueues.h"
 #include "host/agent/cups/JobRequests.h"
+#include "host/agent/ui/CodesCommand.h"
+#include "host/agent/ui/DesktopNotifier.h"
+#include "host/agent/ui/JobWindows.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -89,7 +92,7 @@ std::optional<HeldJob> releasableJob(CupsConnection &cups, ServedQueues &queues,
 
 bool isAgentCommand(const Options &options)
 {
-    return options.held || options.releaseJob > 0 || options.releaseKept || options.agent;
+    return options.held || options.releaseJob > 0 || options.releaseKept || options.agent || options.codes;
 }
 
 int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
@@ -98,9 +101,6 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
         err << "pdeprint: " << why << Qt::endl;
         return kExitFailure;
     };
-    if (options.agent && options.mode != DialogMode::Headless)
-        return fail(QStringLiteral("--agent opens no windows in this build; add --no-dialog"));
-
     QStringList warnings;
     const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath(options.pluginFolders), &warnings);
     for (const QString &warning : warnings)
@@ -109,6 +109,8 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
     std::unique_ptr<CupsConnection> cups = CupsConnection::open(&error);
     if (!cups)
         return fail(error);
+    if (options.codes)
+        return runCodesCommand(plugins, *cups, options.printer, err);
     ServedQueues queues(options.queues, panelOptionKeys(plugins));
 
     if (options.held) {
@@ -145,9 +147,20 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
         return handler.failures() > 0 ? kExitFailure : kExitOk;
     }
 
+    quitOnTerminationSignals();
+    if (options.mode != DialogMode::Headless) {
+        QApplication::setQuitOnLastWindowClosed(false); // the agent outlives its windows
+        DesktopNotifier notifier;
+        JobWindows windows(plugins, *cups, notifier, options.releaseKept, out, err);
+        HeldJobAgent agent(*cups, queues, windows, err);
+        windows.setAgent(&agent);
+        if (!agent.start(&error))
+            return fail(error);
+        QApplication::exec();
+        return kExitOk;
+    }
     HeldJobAgent agent(*cups, queues, handler, err);
     handler.setAgent(&agent);
-    quitOnTerminationSignals();
     if (!agent.start(&error))
         return fail(error);
     QApplication::exec();

@@ -6,7 +6,7 @@
 
 namespace pdeprint {
 
-// --held, --release, --release-kept or --agent.
+// --held, --release, --release-kept, --agent or --codes.
 bool isAgentCommand(const Options &options);
 
 // Runs one of them inside a QApplication; errors go to `err` as one line each.

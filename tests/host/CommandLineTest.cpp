@@ -30,7 +30,7 @@ TEST(CommandLine, ValuesLandInTheirOptionsAndControlStepsKeepTheirOrder)
         { ControlAction::Kind::Type, "subCodeText", "" }, { ControlAction::Kind::Click, "holdButton", {} },
     };
     EXPECT_EQ(o.actions, steps);
-    for (const char *flag : { "--list-panels", "--help", "-h", "--version" })
+    for (const char *flag : { "--list-panels", "--help", "-h", "--version", "--codes" })
         EXPECT_TRUE(parseCommandLine({ flag }).options) << flag << " needs no file";
 }
 
@@ -50,6 +50,9 @@ TEST(CommandLine, BadCommandLinesAreRefusedWithAOneLineReason)
         { { "--dry-run=yes", "f" }, "takes no value" },
         { { "--dry-run" }, "no file" },
         { { "-" }, "standard input" },
+        { { "--codes", "--agent" }, "choose one of" },
+        { { "--codes", "--release-kept" }, "choose one of" },
+        { { "--codes", "--no-dialog" }, "opens a window" },
     };
     for (const auto &[arguments, reasonPart] : cases) {
         const ParseResult parsed = parseCommandLine(arguments);

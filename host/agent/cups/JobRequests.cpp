@@ -149,4 +149,17 @@ bool releaseJob(http_t *http, int jobId, const QMap<QString, QString> &ticket, Q
     return true;
 }
 
+bool cancelJob(http_t *http, int jobId, QString *error)
+{
+    ipp_t *request = ippNewRequest(IPP_OP_CANCEL_JOB);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr, jobUri(jobId).constData());
+    addUser(request);
+    const IppPtr response(cupsDoRequest(http, request, "/"));
+    if (!response || cupsLastError() > IPP_STATUS_OK_CONFLICTING) {
+        *error = QStringLiteral("job %1 was not cancelled: %2").arg(jobId).arg(lastError());
+        return false;
+    }
+    return true;
+}
+
 } // namespace pdeprint

@@ -23,4 +23,7 @@ std::optional<QList<HeldJob>> fetchHeldJobs(http_t *http, QString *error);
 // Set-Job-Attributes request by the current user.
 bool releaseJob(http_t *http, int jobId, const QMap<QString, QString> &ticket, QString *error);
 
+// Cancels the job, as its owner.
+bool cancelJob(http_t *http, int jobId, QString *error);
+
 } // namespace pdeprint

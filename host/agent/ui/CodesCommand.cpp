@@ -1,0 +1,40 @@
+#include "host/agent/ui/CodesCommand.h"
+
+#include "host/CupsQueue.h"
+#include "host/PrintCommand.h"
+#include "host/agent/JobPanelSession.h"
+#include "host/agent/ui/CodesWindow.h"
+
+#include <QApplication>
+
+namespace pdeprint {
+
+int runCodesCommand(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, const QString &queue,
+                    QTextStream &err)
+{
+    auto fail = [&err](const QString &why) {
+        err << "pdeprint: " << why << Qt::endl;
+        return kExitFailure;
+    };
+    QString error;
+    pde::Printer printer { queue, {} };
+    if (queue.isEmpty()) {
+        const std::optional<pde::Printer> fallback = cups.defaultQueue();
+        if (!fallback)
+            return fail(QStringLiteral("no printer given and the CUPS server has no default printer (use --printer)"));
+        printer = *fallback;
+    } else if (!cups.hasQueue(printer, &error)) {
+        return fail(error);
+    }
+    HeldJob noJob; // id 0: the panels see the queue's defaults and its record
+    noJob.queue = printer.name;
+    std::unique_ptr<JobPanelSession> session = JobPanelSession::open(plugins, cups, noJob, &error);
+    if (!session)
+        return fail(error);
+    CodesWindow window(std::move(session));
+    window.show();
+    QApplication::exec();
+    return window.saved() ? kExitOk : kExitCancelled;
+}
+
+} // namespace pdeprint

@@ -1,0 +1,107 @@
+#include "host/agent/ui/HeldJobWindow.h"
+
+#include "host/CupsQueue.h"
+#include "host/agent/JobPanelSession.h"
+#include "host/agent/cups/JobRequests.h"
+#include "host/agent/ui/PanelArea.h"
+
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace pdeprint {
+
+HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups)
+    : m_session(std::move(session)), m_cups(cups), m_jobId(m_session->job().id), m_queue(m_session->job().queue)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Billing Code — %1 on %2").arg(m_session->job().name, m_queue));
+
+    auto *layout = new QVBoxLayout(this);
+    auto *about = new QLabel(QStringLiteral("“%1” waits on %2 for its billing code.")
+                                 .arg(m_session->job().name.toHtmlEscaped(), m_queue.toHtmlEscaped()),
+                             this);
+    layout->addWidget(about);
+    m_area = new PanelArea(m_session->views(), m_session->panelNames(), this);
+    layout->addWidget(m_area);
+    m_problem = new QLabel(this);
+    m_problem->setObjectName(QStringLiteral("problem"));
+    m_problem->setWordWrap(true);
+    m_problem->hide();
+    layout->addWidget(m_problem);
+
+    auto *buttons = new QDialogButtonBox(this);
+    m_cancelJob = buttons->addButton(QStringLiteral("Cancel Job"), QDialogButtonBox::DestructiveRole);
+    m_cancelJob->setObjectName(QStringLiteral("cancelJobButton"));
+    m_cancelJob->setAutoDefault(false);
+    m_print = buttons->addButton(QStringLiteral("Print"), QDialogButtonBox::AcceptRole);
+    m_print->setObjectName(QStringLiteral("printButton"));
+    m_print->setDefault(true);
+    layout->addWidget(buttons);
+    connect(m_print, &QPushButton::clicked, this, &HeldJobWindow::print);
+    connect(m_cancelJob, &QPushButton::clicked, this, &HeldJobWindow::cancelJob);
+}
+
+// The views go before the panels' session, as in the print dialog.
+HeldJobWindow::~HeldJobWindow()
+{
+    delete m_area;
+}
+
+void HeldJobWindow::withdraw(const QString &notice)
+{
+    closeWith(notice, true);
+}
+
+void HeldJobWindow::closeEvent(QCloseEvent *event)
+{
+    if (!m_closed) {
+        m_closed = true;
+        emit closed(m_jobId, m_notice, m_unasked);
+    }
+    event->accept();
+}
+
+void HeldJobWindow::closeWith(const QString &notice, bool unasked)
+{
+    m_notice = notice;
+    m_unasked = unasked;
+    close();
+}
+
+void HeldJobWindow::print()
+{
+    QMap<QString, QString> ticket;
+    QString error;
+    auto fail = [this](const QString &why) {
+        m_problem->setText(why);
+        m_problem->show();
+    };
+    if (!m_session->finish(&ticket, &error))
+        return fail(error);
+    // Another window, a script or the user's own lprm may have got there first.
+    const std::optional<HeldJob> now = fetchJob(m_cups.http(), m_jobId, &error);
+    if (!now)
+        return fail(error);
+    if (!now->isHeld())
+        return closeWith(QStringLiteral("job %1 on %2 is no longer held; nothing sent").arg(m_jobId).arg(m_queue),
+                         true);
+    if (!releaseJob(m_cups.http(), m_jobId, ticket, &error))
+        return fail(error);
+    closeWith(QStringLiteral("released job %1 on %2").arg(m_jobId).arg(m_queue));
+}
+
+void HeldJobWindow::cancelJob()
+{
+    QString error;
+    if (!pdeprint::cancelJob(m_cups.http(), m_jobId, &error)) {
+        m_problem->setText(error);
+        m_problem->show();
+        return;
+    }
+    closeWith(QStringLiteral("cancelled job %1 on %2").arg(m_jobId).arg(m_queue));
+}
+
+} // namespace pdeprint

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+
+class QLabel;
+class QPushButton;
+
+namespace pdeprint {
+
+class CupsConnection;
+class JobPanelSession;
+class PanelArea;
+
+// One held job's window: its queue's panels, "Print" and "Cancel Job".
+// Closing it leaves the job held. Deletes itself once closed.
+class HeldJobWindow : public QWidget
+{
+    Q_OBJECT
+public:
+    HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups);
+    ~HeldJobWindow() override;
+
+    int jobId() const { return m_jobId; }
+    QString queue() const { return m_queue; }
+    // The job stopped being held elsewhere: closes with the notice, sends nothing.
+    void withdraw(const QString &notice);
+
+signals:
+    // Once, when the window closes, whatever became of the job. `notice` is a
+    // line for the user, empty when there is nothing to tell; `unasked` when
+    // the user did not close it, nor print or cancel the job.
+    void closed(int jobId, const QString &notice, bool unasked);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void print();
+    void cancelJob();
+    void closeWith(const QString &notice, bool unasked = false);
+
+    std::unique_ptr<JobPanelSession> m_session;
+    CupsConnection &m_cups;
+    int m_jobId;
+    QString m_queue;
+    PanelArea *m_area = nullptr;
+    QLabel *m_problem = nullptr;
+    QPushButton *m_print = nullptr;
+    QPushButton *m_cancelJob = nullptr;
+    QString m_notice;
+    bool m_unasked = false;
+    bool m_closed = false;
+};
+
+} // namespace pdeprint

@@ -1,0 +1,123 @@
+// The agent's windows on a real (virtual) display, driven in-process: jobs
+// printed with lp to a holding queue each get a window; Print releases one
+// with the ticket, Cancel Job cancels one, and a job cancelled elsewhere
+// closes its window without anything sent. Then the codes window unlocks the
+// kept codes, so that --release-kept leaves the next job held.
+
+#include "host/CupsQueue.h"
+#include "host/ControlActions.h"
+#include "host/PluginLoader.h"
+#include "host/agent/HeldJobAgent.h"
+#include "host/agent/JobPanelSession.h"
+#include "host/agent/ServedQueues.h"
+#include "host/agent/cups/JobRequests.h"
+#include "host/agent/ui/CodesWindow.h"
+#include "host/agent/ui/DesktopNotifier.h"
+#include "host/agent/ui/HeldJobWindow.h"
+#include "host/agent/ui/JobWindows.h"
+#include "tests/host/PdeprintProcess.h"
+#include "tests/support/PrivateScheduler.h"
+
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using namespace pdeprint;
+
+namespace {
+
+int lp(const char *queue)
+{
+    QProcess process;
+    process.start(QStringLiteral("lp"), { "-d", queue, "-o", "raw", hosttest::sampleText() });
+    process.waitForFinished(30000);
+    const QString out = QString::fromUtf8(process.readAllStandardOutput());
+    return QRegularExpression(QStringLiteral("request id is \\w+-(\\d+)")).match(out).captured(1).toInt();
+}
+
+void press(QWidget *window, const char *button)
+{
+    auto *found = window->findChild<QPushButton *>(QString::fromLatin1(button));
+    ASSERT_TRUE(found && found->isVisible() && found->isEnabled()) << button;
+    QTest::mouseClick(found, Qt::LeftButton);
+}
+
+} // namespace
+
+TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewhereClosesItsWindow)
+{
+    ASSERT_NE(qgetenv("QT_QPA_PLATFORM"), "offscreen") << "run under xvfb-run with the xcb platform";
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS"); // no notifications on the developer's desktop
+    pdetest::PrivateScheduler scheduler;
+    const QString started = scheduler.start({ { { "held", true, {} } }, {}, {} });
+    ASSERT_TRUE(started.isEmpty()) << qPrintable(started);
+
+    QStringList warnings;
+    const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath({}), &warnings);
+    QString error;
+    std::unique_ptr<CupsConnection> cups = CupsConnection::open(&error);
+    ASSERT_TRUE(cups) << qPrintable(error);
+    ServedQueues queues({ "held" }, {});
+    DesktopNotifier notifier;
+    QString said;
+    QTextStream out(&said);
+    JobWindows windows(plugins, *cups, notifier, false, out, out);
+    HeldJobAgent agent(*cups, queues, windows, out, 100);
+    windows.setAgent(&agent);
+    ASSERT_TRUE(agent.start(&error)) << qPrintable(error);
+
+    const int printed = lp("held"), cancelled = lp("held"), gone = lp("held");
+    auto windowOf = [&windows](int job) -> HeldJobWindow * {
+        for (HeldJobWindow *window : windows.windows()) {
+            if (window->jobId() == job)
+                return window;
+        }
+        return nullptr;
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 3; }, 20000)) << qPrintable(said);
+
+    HeldJobWindow *window = windowOf(printed);
+    ASSERT_TRUE(window && QTest::qWaitForWindowExposed(window));
+    EXPECT_EQ(window->windowTitle(), "Billing Code — sample.txt on held");
+    ASSERT_TRUE(applyControlActions({ window }, { { ControlAction::Kind::Click, "mainCodeCB", {} },
+                                                  { ControlAction::Kind::Type, "mainCodeText", "77AB" },
+                                                  { ControlAction::Kind::Click, "holdButton", {} } },
+                                    true, &error))
+        << qPrintable(error);
+    const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/agent-window.png");
+    EXPECT_TRUE(window->grab().save(png, "PNG")) << qPrintable(png);
+    press(window, "printButton");
+    press(windowOf(cancelled), "cancelJobButton");
+    ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(gone) }), 0);
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().isEmpty(); }, 20000)) << qPrintable(said);
+    ASSERT_TRUE(pdetest::waitUntil([&] { return !scheduler.recordedOptions(printed).isEmpty(); }));
+    EXPECT_EQ(pdetest::parseOptions(scheduler.recordedOptions(printed))
+                  .value("jp.co.nurat.print.PrintSettings.bc.mainCode"),
+              "37374142");
+    for (int job : { cancelled, gone }) {
+        const std::optional<HeldJob> now = fetchJob(cups->http(), job, &error);
+        EXPECT_TRUE(now && now->state == IPP_JSTATE_CANCELED) << job;
+        EXPECT_TRUE(scheduler.recordedOptions(job).isEmpty()) << job;
+    }
+    EXPECT_TRUE(said.contains(QStringLiteral("job %1 on held was cancelled, released or finished elsewhere").arg(gone)))
+        << qPrintable(said);
+
+    // The codes were kept; the padlock opened in the codes window ends that.
+    HeldJob noJob;
+    noJob.queue = QStringLiteral("held");
+    std::unique_ptr<JobPanelSession> session = JobPanelSession::open(plugins, *cups, noJob, &error);
+    ASSERT_TRUE(session) << qPrintable(error);
+    CodesWindow codes(std::move(session));
+    codes.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&codes));
+    ASSERT_TRUE(applyControlActions({ &codes }, { { ControlAction::Kind::Click, "holdButton", {} } }, true, &error))
+        << qPrintable(error);
+    press(&codes, "saveButton");
+    EXPECT_TRUE(codes.saved());
+    const int next = lp("held");
+    const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
+    EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
+}
