@@ -11,6 +11,11 @@ QString testDataPath(const QString &name)
     return QStringLiteral(PDE_TEST_DATA_DIR "/") + name;
 }
 
+QString examplePath(const QString &name)
+{
+    return QStringLiteral(PDE_EXAMPLES_DIR "/") + name;
+}
+
 QString pluginBuildDirectory()
 {
     return QStringLiteral(PDE_PLUGIN_BUILD_DIR);
@@ -18,7 +23,7 @@ QString pluginBuildDirectory()
 
 QString samplePpdPath()
 {
-    return QStringLiteral(PDE_EXAMPLES_DIR "/nurat-qr7150k.ppd");
+    return examplePath(QStringLiteral("nurat-qr7150k.ppd"));
 }
 
 void PpdCloser::operator()(ppd_file_t *ppd) const

@@ -15,8 +15,9 @@
 
 namespace pdetest {
 
-// A file of the test data folder; the sample printer's PPD of the examples.
+// A file of the test data folder, or of the examples folder.
 QString testDataPath(const QString &name);
+QString examplePath(const QString &name);
 QString samplePpdPath();
 // Where the build puts plug-in modules.
 QString pluginBuildDirectory();
