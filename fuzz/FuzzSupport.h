@@ -1,12 +1,8 @@
 #pragma once
 
-// What every fuzz target shares: one offscreen application for the process,
-// a private preferences folder, and the tests' host callback with constraint
+// What every fuzz target shares: one offscreen application with preferences
+// of its own, the sample PPD, and the tests' host callback with constraint
 // handling on the fuzzing printer's queue.
-
-#include <QString>
-
-#include <cups/ppd.h>
 
 #include "tests/support/TestSupport.h"
 
@@ -14,19 +10,14 @@ namespace pdefuzz {
 
 inline constexpr char kFuzzPrinter[] = "fuzz";
 
-// Creates the application and the preferences folder on first use.
+// Creates the application and its preferences folder on first use.
 void ensureApplication();
-QString preferencesFolder();
-// The sample printer's PPD, opened once.
+// Opened once.
 ppd_file_t *samplePpd();
 
-class FuzzCallback : public pdetest::ConstraintTestCallback
+inline std::shared_ptr<pdetest::ConstraintTestCallback> makeCallback(ppd_file_t *ppd)
 {
-public:
-    explicit FuzzCallback(ppd_file_t *ppd)
-        : ConstraintTestCallback(ppd, QString::fromLatin1(kFuzzPrinter))
-    {
-    }
-};
+    return std::make_shared<pdetest::ConstraintTestCallback>(ppd, QString::fromLatin1(kFuzzPrinter));
+}
 
 } // namespace pdefuzz

@@ -39,6 +39,7 @@ void checkEditRule(FuzzedDataProvider &in)
         __builtin_trap();
 }
 
+// Typing over any selection, deleting and undoing, as a user edits the field.
 void editField(FuzzedDataProvider &in)
 {
     QLineEdit field;
@@ -47,24 +48,15 @@ void editField(FuzzedDataProvider &in)
     pde::FormatterValidator::setFormatter(&field, std::move(formatter));
     for (int step = 0; step < 16 && in.remaining_bytes() > 0; ++step) {
         const int length = int(field.text().size());
-        switch (in.ConsumeIntegralInRange(0, 4)) {
+        field.setSelection(in.ConsumeIntegralInRange(0, length), in.ConsumeIntegralInRange(-length, length));
+        switch (in.ConsumeIntegralInRange(0, 2)) {
         case 0:
-            field.setCursorPosition(in.ConsumeIntegralInRange(0, length));
             field.insert(anyText(in, 60));
             break;
         case 1:
-            field.setSelection(in.ConsumeIntegralInRange(0, length), in.ConsumeIntegralInRange(-length, length));
-            field.insert(anyText(in, 60));
-            break;
-        case 2:
-            field.setCursorPosition(in.ConsumeIntegralInRange(0, length));
             field.backspace();
             break;
-        case 3:
-            field.selectAll();
-            field.del();
-            break;
-        case 4:
+        case 2:
             field.undo();
             break;
         }

@@ -2,9 +2,9 @@
 // toolkit over every option.
 
 #include "fuzz/FuzzSupport.h"
+#include "plugin/HostUtilities.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBCPDEChoice.h"
-#include "plugin/HostUtilities.h"
 
 #include <QComboBox>
 #include <QTemporaryFile>
@@ -13,35 +13,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     pdefuzz::ensureApplication();
     QTemporaryFile file;
-    if (!file.open())
+    if (!file.open() || file.write(reinterpret_cast<const char *>(data), qint64(size)) < 0 || !file.flush())
         return 0;
-    file.write(reinterpret_cast<const char *>(data), qint64(size));
-    file.flush();
-    ppd_file_t *ppd = ppdOpenFile(QFile::encodeName(file.fileName()).constData());
+    const pdetest::PpdPtr ppd = pdetest::openPpd(file.fileName());
     if (!ppd)
         return 0;
-
-    {
-        auto callback = std::make_shared<pdefuzz::FuzzCallback>(ppd);
-        JpCoNuratPrintPdeQr7150kBC panel(callback);
-        panel.panelName();
-        const pde::StringEncoding encoding = getEncodingFromPPD(ppd);
-        QComboBox popUp;
-        for (int g = 0; g < ppd->num_groups; ++g) {
-            ppd_group_t &group = ppd->groups[g];
-            for (int o = 0; o < group.num_options; ++o) {
-                ppd_option_t *option = &group.options[o];
-                const std::optional<PDEChoiceList> choices = ArrayFromPPDOption(option);
-                if (!choices)
-                    continue;
-                InitPopUpFromArray(&popUp, *choices, encoding);
-                panel.indexOfMarkedOption(option, option->keyword);
-                PDEChoiceRef selection;
-                panel.getSelection(&selection, &popUp, QString::fromLatin1(option->keyword));
-                GetIndexForString(QString::fromLatin1(option->defchoice), *choices);
-            }
+    JpCoNuratPrintPdeQr7150kBC panel(pdefuzz::makeCallback(ppd.get()));
+    panel.panelName();
+    QComboBox popUp;
+    for (ppd_group_t *group = ppd->groups; group < ppd->groups + ppd->num_groups; ++group) {
+        for (ppd_option_t *option = group->options; option < group->options + group->num_options; ++option) {
+            const std::optional<PDEChoiceList> choices = ArrayFromPPDOption(option);
+            if (!choices)
+                continue;
+            InitPopUpFromArray(&popUp, *choices, getEncodingFromPPD(ppd.get()));
+            panel.indexOfMarkedOption(option, option->keyword);
+            PDEChoiceRef selection;
+            panel.getSelection(&selection, &popUp, QString::fromLatin1(option->keyword));
+            GetIndexForString(QString::fromLatin1(option->defchoice), *choices);
         }
     }
-    ppdClose(ppd);
     return 0;
 }

@@ -7,25 +7,21 @@
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 
 #include <QDir>
-#include <QFile>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
+    using pde::UserDefaults;
     pdefuzz::ensureApplication();
     const QString domain = QStringLiteral("jp.co.nurat.mfp.") + QLatin1String(pdefuzz::kFuzzPrinter);
-    QDir().mkpath(pdefuzz::preferencesFolder());
-    const bool json = size > 0 && data[0] == '{';
-    QFile::remove(pde::UserDefaults::fileNameForDomain(domain));
-    QFile::remove(pde::UserDefaults::legacyFileNameForDomain(domain));
-    {
-        QFile file(json ? pde::UserDefaults::fileNameForDomain(domain) : pde::UserDefaults::legacyFileNameForDomain(domain));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return 0;
-        file.write(reinterpret_cast<const char *>(data), qint64(size));
-    }
+    QDir().mkpath(UserDefaults::preferencesDirectory());
+    QFile::remove(UserDefaults::fileNameForDomain(domain));
+    QFile::remove(UserDefaults::legacyFileNameForDomain(domain));
+    QFile file(size > 0 && data[0] == '{' ? UserDefaults::fileNameForDomain(domain) : UserDefaults::legacyFileNameForDomain(domain));
+    if (!file.open(QIODevice::WriteOnly) || file.write(reinterpret_cast<const char *>(data), qint64(size)) < 0)
+        return 0;
+    file.close();
 
-    auto callback = std::make_shared<pdefuzz::FuzzCallback>(pdefuzz::samplePpd());
-    JpCoNuratPrintPdeQr7150kBC panel(callback);
+    JpCoNuratPrintPdeQr7150kBC panel(pdefuzz::makeCallback(pdefuzz::samplePpd()));
     panel.panelView();
     panel.restoreValuesAndReturnError(nullptr);
     panel.SaveUserPreference();

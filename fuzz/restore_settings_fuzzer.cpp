@@ -8,12 +8,8 @@
 
 namespace {
 
-const char *const kTicketKeys[] = {
-    "jp.co.nurat.print.PrintSettings.spoolTime",     "jp.co.nurat.print.PrintSettings.bc.mainCodecb",
-    "jp.co.nurat.print.PrintSettings.bc.mainCode",   "jp.co.nurat.print.PrintSettings.bc.mainCode2",
-    "jp.co.nurat.print.PrintSettings.bc.subCodecb",  "jp.co.nurat.print.PrintSettings.bc.subCode",
-    "jp.co.nurat.print.PrintSettings.bc.subCode2",   "jp.co.nurat.print.PrintSettings.bc.holdButton",
-};
+const char *const kTicketKeys[] = { "spoolTime", "bc.mainCodecb", "bc.mainCode", "bc.mainCode2",
+                                    "bc.subCodecb", "bc.subCode", "bc.subCode2", "bc.holdButton" };
 
 QString anyText(FuzzedDataProvider &in)
 {
@@ -28,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     pdefuzz::ensureApplication();
     FuzzedDataProvider in(data, size);
-    auto callback = std::make_shared<pdefuzz::FuzzCallback>(pdefuzz::samplePpd());
+    const auto callback = pdefuzz::makeCallback(pdefuzz::samplePpd());
     JpCoNuratPrintPdeQr7150kBC panel(callback);
 
     panel.prefHoldButtonFlag = in.ConsumeIntegral<quint32>();
@@ -42,7 +38,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         panel.prefSubCodeStringRef = anyText(in);
 
     while (in.remaining_bytes() > 0) {
-        const QString key = in.ConsumeBool() ? QString::fromLatin1(in.PickValueInArray(kTicketKeys)) : anyText(in);
+        const QString key = in.ConsumeBool()
+            ? QStringLiteral("jp.co.nurat.print.PrintSettings.") + QLatin1String(in.PickValueInArray(kTicketKeys))
+            : anyText(in);
         callback->settings.setValue(key, anyText(in));
     }
 

@@ -4,6 +4,9 @@
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/TestSupport.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 using namespace hosttest;
@@ -13,24 +16,56 @@ namespace {
 // No scheduler here: nothing can be sent, and a run that needs one must say so.
 const QStringList kDryRun { "--no-dialog", "--dry-run", "--ppd", pdetest::samplePpdPath(), "--printer", "demo" };
 
+QStringList dryRun(const QStringList &extra, const QString &file = sampleText())
+{
+    return kDryRun + extra + QStringList { file };
+}
+
+QString writeFile(const QTemporaryDir &dir, const char *name, const QByteArray &bytes)
+{
+    QFile file(dir.filePath(name));
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? file.fileName() : QString();
+}
+
 } // namespace
 
 TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 {
     qputenv("CUPS_SERVER", "127.0.0.1:1");
+    QTemporaryDir dir;
     const std::pair<QStringList, const char *> cases[] = {
         { { "--colour", sampleText() }, "unknown option --colour" },
+        { { "--printer" }, "--printer needs a value" },
+        { { "--dry-run=yes", sampleText() }, "takes no value" },
+        { { "--dry-run" }, "no file" },
+        { { "--dry-run", "-" }, "standard input" },
+        { { "--codes", "--agent" }, "choose one of" },
+        { { "--codes", "--release-kept" }, "choose one of" },
+        { { "--codes", "--no-dialog" }, "opens a window" },
+        { dryRun({ "--type", "=1" }), "NAME=TEXT" },
+        { dryRun({ "-o", "novalue" }), "NAME=VALUE" },
+        { dryRun({ "--copies", "0" }), "--copies" },
+        { dryRun({ "--pages", "3-1" }), "--pages" },
+        { dryRun({ "--pages", "1-2-3" }), "--pages" },
+        { dryRun({ "--sides", "both" }), "--sides" },
         { { "--no-dialog", "--dry-run", "--ppd", sampleText(), "--printer", "demo", sampleText() }, "not a readable PPD" },
-        { kDryRun + QStringList { "--click", "printButton", sampleText() }, "printButton" },
-        { kDryRun + QStringList { "--type", "mainCodeCB=12", sampleText() }, "not a text field" },
-        { kDryRun + QStringList { "--click", "mainCodeText", sampleText() }, "not a button" },
+        { dryRun({ "--click", "printButton" }), "printButton" },
+        { dryRun({ "--type", "mainCodeCB=12" }), "not a text field" },
+        { dryRun({ "--click", "mainCodeText" }), "not a button" },
         // A field says what greys it and what to click.
-        { kDryRun + QStringList { "--type", "mainCodeText=1", sampleText() }, "\"mainCodeCB\" is off; click" },
-        { kDryRun + QStringList { "--click", "mainCodeCB", "--click", "holdButton", "--type", "mainCodeText=1", sampleText() },
+        { dryRun({ "--type", "mainCodeText=1" }), "\"mainCodeCB\" is off; click" },
+        { dryRun({ "--click", "mainCodeCB", "--click", "holdButton", "--type", "mainCodeText=1" }),
           "kept; click \"holdButton\"" },
-        { kDryRun + QStringList { QStringLiteral(PDEPRINT_EXECUTABLE) }, "cannot be printed" },
+        // The PPD's constraints: the sub code needs the main code, which then cannot go.
+        { dryRun({ "-o", "ARSubCode=On" }), "ARSubCode=On: not a choice of the printer, or in conflict" },
+        { dryRun({ "-o", "ARMainCode=Sometimes" }), "ARMainCode=Sometimes" },
+        { dryRun({ "-o", "ARMainCode=On", "-o", "ARSubCode=On", "-o", "ARMainCode=Off" }), "ARMainCode=Off" },
+        { dryRun({}, QStringLiteral(PDEPRINT_EXECUTABLE)), "cannot be printed" },
+        { dryRun({}, dir.filePath("missing.txt")), "no such file" },
+        { dryRun({}, dir.path()), "not a regular file" },
+        { dryRun({}, writeFile(dir, "nothing.txt", "")), "empty file" },
         { { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
-        { kDryRun + QStringList { "--screenshot", "x.png", sampleText() }, "needs the dialog" },
+        { dryRun({ "--screenshot", "x.png" }), "needs the dialog" },
     };
     for (const auto &[arguments, reasonPart] : cases) {
         const RunResult result = runPdeprint(arguments);
@@ -42,20 +77,28 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
     }
 }
 
-TEST(ErrorPaths, DryRunPrintsSortedOptionsAndTheSummary)
+// The dialog's settings, the command line's options and the panels' ticket
+// (which wins), one sorted name=value a line; the PPD options the panel
+// handles stay out.
+TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
 {
-    const RunResult result = runPdeprint(kDryRun + QStringList { "--summary", "-o", "media=A4", "--copies", "2", "--click",
-                                                                 "mainCodeCB", "--type", "mainCodeText=1234",
-                                                                 sampleText() });
+    QTemporaryDir dir;
+    const QString pdf = writeFile(dir, "renamed.bin", "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n");
+    const RunResult result = runPdeprint(kDryRun + QStringList {
+        "--summary", "-o", "media=A4", "--copies=2", "--pages", "1-3,5,7-", "--sides", "two-sided-long-edge", "-o",
+        "ARMainCode=On", "-o", "ARSubCode=On", "-o", "jp.co.nurat.print.PrintSettings.bc.mainCode=FF", "--click",
+        "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
-    EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 1234")) << qPrintable(result.out);
-    EXPECT_TRUE(lines.contains("copies=2") && lines.contains("media=A4")) << qPrintable(result.out);
+    EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
+    for (const char *line : { "copies=2", "media=A4", "page-ranges=1-3,5,7-", "sides=two-sided-long-edge",
+                              "jp.co.nurat.print.PrintSettings.bc.mainCodecb=1",
+                              "jp.co.nurat.print.PrintSettings.bc.mainCode=31323D3334" })
+        EXPECT_TRUE(lines.contains(line)) << line << " in " << qPrintable(result.out);
     QStringList names;
-    for (const QString &line : lines) {
-        EXPECT_TRUE(line.contains('=')) << qPrintable(line);
+    for (const QString &line : lines)
         names << line.section('=', 0, 0);
-    }
+    EXPECT_FALSE(names.contains("ARMainCode") || names.contains("ARSubCode")) << qPrintable(result.out);
     QStringList sorted = names;
     sorted.sort();
     EXPECT_EQ(names, sorted) << "sorted by name, not by line";

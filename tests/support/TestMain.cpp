@@ -9,10 +9,6 @@
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
-    // The same paths as tests/support/TestSupport.h, for tests that read the environment.
-    qputenv("PDE_TEST_DATA", PDE_TEST_DATA_DIR);
-    qputenv("PDE_EXAMPLES", PDE_EXAMPLES_DIR);
-    qputenv("PDE_PLUGIN_BUILD_DIR", PDE_PLUGIN_BUILD_DIR);
     QTemporaryDir config;
     qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
     QApplication app(argc, argv);
