@@ -4,11 +4,11 @@
 // noticed.
 
 #include "tests/host/PdeprintProcess.h"
+#include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 #include "tests/support/TestSupport.h"
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <cups/cups.h>
@@ -41,23 +41,13 @@ QStringList shippedPolicyLines()
 // The code-bearing keys of the job that `user` is shown.
 QStringList codeKeysSeenBy(int jobId, const char *user)
 {
-    ipp_t *request = ippNewRequest(IPP_OP_GET_JOB_ATTRIBUTES);
-    const QByteArray uri = "ipp://localhost/jobs/" + QByteArray::number(jobId);
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr, uri.constData());
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, user);
-    ipp_t *response = cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/");
+    const QMap<QString, QString> attributes = pdetest::jobAttributes(jobId, user);
     QStringList seen;
     for (const QString &key : kCodeKeys) {
-        if (ippFindAttribute(response, (kPrefix + key).toUtf8().constData(), IPP_TAG_ZERO))
+        if (attributes.contains(kPrefix + key))
             seen << key;
     }
-    ippDelete(response);
     return seen;
-}
-
-int jobIdIn(const QString &text)
-{
-    return QRegularExpression(QStringLiteral("request id is [\\w/]+-(\\d+)")).match(text).captured(1).toInt();
 }
 
 } // namespace
@@ -75,7 +65,7 @@ TEST(CodePrivacy, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
 
         const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kQueue } + kSteps
                                               + QStringList { sampleText() });
-        const int job = jobIdIn(printed.out);
+        const int job = pdetest::jobIdIn(printed.out);
         ASSERT_GT(job, 0) << qPrintable(printed.err);
         EXPECT_EQ(codeKeysSeenBy(job, cupsUser()), kCodeKeys);
         EXPECT_EQ(codeKeysSeenBy(job, "mallory"), withPolicy ? QStringList() : kCodeKeys);
@@ -83,10 +73,7 @@ TEST(CodePrivacy, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
             continue;
 
         // The owner's own requests still work: a job held for codes is released with them.
-        QProcess lp;
-        lp.start(QStringLiteral("lp"), { "-d", kQueue, "-o", "raw", sampleText() });
-        lp.waitForFinished(30000);
-        const int held = jobIdIn(QString::fromUtf8(lp.readAllStandardOutput()));
+        const int held = pdetest::lp(kQueue);
         ASSERT_GT(held, 0);
         const RunResult released = runPdeprint(QStringList { "--release", QString::number(held) } + kSteps);
         EXPECT_EQ(released.exitCode, 0) << qPrintable(released.err);

@@ -3,6 +3,7 @@
 // and what must stay untouched.
 
 #include "tests/host/PdeprintProcess.h"
+#include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 #include "tests/support/TestSupport.h"
 
@@ -14,6 +15,8 @@
 #include <gtest/gtest.h>
 
 using namespace hosttest;
+using pdetest::jobState;
+using pdetest::lp;
 using pdetest::waitUntil;
 
 namespace {
@@ -50,32 +53,6 @@ public:
 
 SchedulerEnvironment *const environment =
     static_cast<SchedulerEnvironment *>(::testing::AddGlobalTestEnvironment(new SchedulerEnvironment));
-
-// Submits the sample with lp, as any application would (raw: no filters run); answers the job id.
-int lp(const char *queue, const char *user = nullptr)
-{
-    QStringList arguments { "-d", queue, "-o", "raw" };
-    if (user)
-        arguments << "-U" << user;
-    QProcess process;
-    process.start(QStringLiteral("lp"), arguments << sampleText());
-    process.waitForFinished(30000);
-    const QString out = QString::fromUtf8(process.readAllStandardOutput());
-    return QRegularExpression(QStringLiteral("request id is \\w+-(\\d+)")).match(out).captured(1).toInt();
-}
-
-ipp_jstate_t jobState(int jobId)
-{
-    ipp_t *request = ippNewRequest(IPP_OP_GET_JOB_ATTRIBUTES);
-    const QByteArray uri = "ipp://localhost/jobs/" + QByteArray::number(jobId);
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr, uri.constData());
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, cupsUser());
-    ipp_t *response = cupsDoRequest(CUPS_HTTP_DEFAULT, request, "/");
-    ipp_attribute_t *state = ippFindAttribute(response, "job-state", IPP_TAG_ENUM);
-    const auto answer = state ? ipp_jstate_t(ippGetInteger(state, 0)) : ipp_jstate_t(0);
-    ippDelete(response);
-    return answer;
-}
 
 QMap<QString, QString> nameValueLines(const QString &text)
 {
