@@ -33,6 +33,7 @@ QString PrivateBus::start()
                                 "  <auth>EXTERNAL</auth>\n  <policy context=\"default\">\n"
                                 "    <allow user=\"*\"/>\n    <allow send_type=\"signal\"/>\n"
                                 "    <allow send_type=\"method_call\"/>\n    <allow receive_type=\"signal\"/>\n"
+                                "    <allow send_requested_reply=\"true\"/>\n    <allow receive_requested_reply=\"true\"/>\n"
                                 "  </policy>\n</busconfig>\n")
                      .arg(m_root.filePath("bus.sock"))
                      .toUtf8());

@@ -39,7 +39,7 @@ public:
         unserved.write(sample.readAll().replace("ARMainCode", "XXMainCode").replace("ARSubCode", "XXSubCode"));
         unserved.close();
         error = scheduler.start({ { { kHeld, true, {} }, { kUnserved, true, unserved.fileName() }, { kPlain, false, {} } },
-                                  {}, {} });
+                                  {}, {}, {} });
     }
     void TearDown() override { scheduler.stop(); }
 

@@ -23,7 +23,7 @@ const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 class SchedulerEnvironment : public ::testing::Environment
 {
 public:
-    void SetUp() override { error = scheduler.start({ { { kQueue, false, {} } }, {}, {} }); }
+    void SetUp() override { error = scheduler.start({ { { kQueue, false, {} } }, {}, {}, {} }); }
     void TearDown() override { scheduler.stop(); }
 
     pdetest::PrivateScheduler scheduler;
