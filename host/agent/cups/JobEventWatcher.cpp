@@ -171,9 +171,13 @@ JobEventWatcher::Poll JobEventWatcher::poll()
         return result;
     }
 
+    const int expected = m_nextSequence;
     JobEvent event;
     int sequence = 0;
+    int first = 0;
     auto flush = [&] {
+        if (first == 0 && sequence > 0)
+            first = sequence;
         if (sequence >= m_nextSequence && event.jobId > 0)
             result.events << event;
         if (sequence >= m_nextSequence)
@@ -199,6 +203,10 @@ JobEventWatcher::Poll JobEventWatcher::poll()
             event.queue = QString::fromUtf8(ippGetString(attribute, 0, nullptr));
     }
     flush();
+    // The scheduler keeps a bounded number of events a subscription and drops
+    // the oldest: a burst between two polls leaves a gap.
+    if (first > expected)
+        result.resync = true;
     return result;
 }
 
