@@ -57,7 +57,9 @@ void HeldJobAgent::pollNow()
 
 void HeldJobAgent::wake()
 {
-    m_timer.setInterval(std::max(m_timer.interval(), kSafetyNetMilliseconds));
+    // Signals of others' subscriptions prove nothing about ours.
+    if (m_watcher.busNotifierSubscribed())
+        m_timer.setInterval(std::max(m_timer.interval(), kSafetyNetMilliseconds));
     if (!m_wakeTimer.isActive())
         m_wakeTimer.start(int(std::max<qint64>(0, kWakeGapMilliseconds - m_sinceTick.elapsed())));
 }
