@@ -7,28 +7,61 @@
 
 #include <QMap>
 
+#include <algorithm>
+
 namespace pdeprint {
+
+namespace {
+
+// Signals come in bursts (created, state, our own release): one fetch at
+// most this often for them.
+constexpr int kWakeGapMilliseconds = 100;
+// Once a signal has shown that the notifier reaches us, the poll is only the
+// safety net (a signal lost, the bus gone) and can be slower.
+constexpr int kSafetyNetMilliseconds = 5000;
+
+} // namespace
 
 HeldJobAgent::HeldJobAgent(CupsConnection &cups, ServedQueues &queues, HeldJobHandler &handler, QTextStream &err,
                            int pollMilliseconds)
     : m_cups(cups), m_queues(queues), m_handler(handler), m_err(err)
 {
     m_timer.setInterval(pollMilliseconds);
-    QObject::connect(&m_timer, &QTimer::timeout, this, [this] {
-        QString error;
-        const bool ok = tick(&error);
-        if (!ok && !m_failing)
-            m_err << "pdeprint: warning: " << error << "; trying again" << Qt::endl;
-        m_failing = !ok;
-    });
+    QObject::connect(&m_timer, &QTimer::timeout, this, &HeldJobAgent::pollNow);
+    m_wakeTimer.setSingleShot(true);
+    QObject::connect(&m_wakeTimer, &QTimer::timeout, this, &HeldJobAgent::pollNow);
+    QObject::connect(&m_bus, &SchedulerBusSignals::signalled, this, &HeldJobAgent::wake);
 }
 
 bool HeldJobAgent::start(QString *error)
 {
+    m_watcher.setBusNotifier(m_bus.listen());
+    m_sinceTick.start();
     if (!tick(error))
         return false;
     m_timer.start();
     return true;
+}
+
+void HeldJobAgent::pollNow()
+{
+    m_wakeTimer.stop();
+    m_timer.start(); // the safety net counts from the last fetch
+    m_sinceTick.start();
+    QString error;
+    const bool ok = tick(&error);
+    if (!ok && !m_failing)
+        m_err << "pdeprint: warning: " << error << "; trying again" << Qt::endl;
+    m_failing = !ok;
+}
+
+void HeldJobAgent::wake()
+{
+    // Signals of others' subscriptions prove nothing about ours.
+    if (m_watcher.busNotifierSubscribed())
+        m_timer.setInterval(std::max(m_timer.interval(), kSafetyNetMilliseconds));
+    if (!m_wakeTimer.isActive())
+        m_wakeTimer.start(int(std::max<qint64>(0, kWakeGapMilliseconds - m_sinceTick.elapsed())));
 }
 
 bool HeldJobAgent::tick(QString *error)

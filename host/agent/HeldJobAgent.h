@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -8,6 +9,7 @@
 
 #include "host/agent/cups/HeldJob.h"
 #include "host/agent/cups/JobEventWatcher.h"
+#include "host/agent/dbus/SchedulerBusSignals.h"
 
 namespace pdeprint {
 
@@ -19,6 +21,9 @@ class ServedQueues;
 // offers each to the handler once: those already held at start, then new ones
 // as their events arrive. Idle, it costs the server one Get-Notifications a
 // poll; it lists the user's jobs only when events may have been missed.
+// Where the scheduler's notifier signals on the system bus, a signal fetches
+// the events at once; the poll stays as the safety net, slower once a
+// signal has arrived.
 class HeldJobAgent : public QObject
 {
 public:
@@ -33,6 +38,8 @@ public:
     const JobEventWatcher &watcher() const { return m_watcher; }
 
 private:
+    void pollNow();
+    void wake();
     bool tick(QString *error);
     void consider(int jobId);
     void offer(const HeldJob &job);
@@ -42,7 +49,10 @@ private:
     HeldJobHandler &m_handler;
     QTextStream &m_err;
     JobEventWatcher m_watcher;
+    SchedulerBusSignals m_bus;
     QTimer m_timer;
+    QTimer m_wakeTimer;
+    QElapsedTimer m_sinceTick;
     QSet<int> m_seen;    // offered in this run: never offered again
     QSet<int> m_offered; // offered and not done
     bool m_resyncPending = false;

@@ -51,7 +51,7 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     ASSERT_NE(qgetenv("QT_QPA_PLATFORM"), "offscreen") << "run under xvfb-run with the xcb platform";
     qunsetenv("DBUS_SESSION_BUS_ADDRESS"); // no notifications on the developer's desktop
     pdetest::PrivateScheduler scheduler;
-    const QString started = scheduler.start({ { { "held", true, {} } }, {}, {} });
+    const QString started = scheduler.start({ .queues = { { "held", true, {} } } });
     ASSERT_TRUE(started.isEmpty()) << qPrintable(started);
 
     QStringList warnings;

@@ -60,7 +60,8 @@ TEST(CodePrivacy, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
         QTemporaryDir config;
         qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
         pdetest::PrivateScheduler scheduler;
-        ASSERT_EQ(scheduler.start({ { { kQueue, true, {} } }, withPolicy ? shippedPolicyLines() : QStringList(), {} }),
+        ASSERT_EQ(scheduler.start({ .queues = { { kQueue, true, {} } },
+                                    .policyLines = withPolicy ? shippedPolicyLines() : QStringList() }),
                   QString());
 
         const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kQueue } + kSteps

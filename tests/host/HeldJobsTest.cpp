@@ -41,8 +41,8 @@ public:
         }
         unserved.write(sample.readAll().replace("ARMainCode", "XXMainCode").replace("ARSubCode", "XXSubCode"));
         unserved.close();
-        error = scheduler.start({ { { kHeld, true, {} }, { kUnserved, true, unserved.fileName() }, { kPlain, false, {} } },
-                                  {}, {} });
+        error = scheduler.start(
+            { .queues = { { kHeld, true, {} }, { kUnserved, true, unserved.fileName() }, { kPlain, false, {} } } });
     }
     void TearDown() override { scheduler.stop(); }
 

@@ -21,7 +21,7 @@ constexpr char kQueue[] = "qr7150k";
 const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
 
 pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
-    ::testing::AddGlobalTestEnvironment(new pdetest::SchedulerEnvironment({ { { kQueue, false, {} } }, {}, {} })));
+    ::testing::AddGlobalTestEnvironment(new pdetest::SchedulerEnvironment({ .queues = { { kQueue, false, {} } } })));
 
 int jobCount()
 {

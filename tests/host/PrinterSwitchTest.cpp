@@ -23,7 +23,7 @@ namespace {
 
 pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
     ::testing::AddGlobalTestEnvironment(
-        new pdetest::SchedulerEnvironment({ { { "alpha", false, {} }, { "beta", false, {} } }, {}, {} })));
+        new pdetest::SchedulerEnvironment({ .queues = { { "alpha", false, {} }, { "beta", false, {} } } })));
 
 void keepCode(const QString &queue, const QString &code)
 {

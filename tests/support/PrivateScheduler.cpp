@@ -85,7 +85,8 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
                                          "CacheDir %1/cache\nStateDir %1/state\nErrorLog %1/log/error_log\n"
                                          "AccessLog %1/log/access_log\nPageLog %1/log/page_log\nFileDevice Yes\n"
                                          "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n")
-                              .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName);
+                              .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName)
+        + options.filesLines.join(QLatin1Char('\n')) + QLatin1Char('\n');
     if (!writeFile(m_root.filePath("etc/cupsd.conf"), conf) || !writeFile(m_root.filePath("etc/cups-files.conf"), files))
         return QStringLiteral("cannot write the scheduler's configuration");
 
@@ -153,6 +154,12 @@ QString PrivateScheduler::log() const
 {
     QFile file(m_root.filePath("log/error_log"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().right(4000)) : QString();
+}
+
+int PrivateScheduler::accessLogLines() const
+{
+    QFile file(m_root.filePath("log/access_log"));
+    return file.open(QIODevice::ReadOnly) ? int(file.readAll().count('\n')) : 0;
 }
 
 bool waitUntil(const std::function<bool()> &done, int timeoutMs)

@@ -25,9 +25,11 @@ struct SchedulerOptions
 {
     std::vector<QueueSpec> queues;
     // Lines added to cupsd.conf inside <Policy default>, before its <Limit All>.
-    QStringList policyLines;
+    QStringList policyLines = {};
     // Lines added to cupsd.conf after everything else.
-    QStringList extraLines;
+    QStringList extraLines = {};
+    // Lines added to cups-files.conf (SetEnv for notifiers, say).
+    QStringList filesLines = {};
 };
 
 // A cupsd of the test's own on a free loopback port, every file in a
@@ -52,6 +54,8 @@ public:
     // The options argument the backend received for the job; empty until it ran.
     QString recordedOptions(int jobId) const;
     QString log() const;
+    // Lines in the access log: requests served, with `AccessLogLevel all`.
+    int accessLogLines() const;
 
 private:
     QString launch();

@@ -30,12 +30,18 @@ JobEventWatcher::JobEventWatcher(int leaseSeconds) : m_lease(leaseSeconds) { }
 
 JobEventWatcher::~JobEventWatcher()
 {
-    if (m_http && m_subscription > 0) {
-        ipp_t *request = newRequest(IPP_OP_CANCEL_SUBSCRIPTION);
-        ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", m_subscription);
-        IppPtr response(send(request));
-    }
+    cancel(m_subscription);
+    cancel(m_busSubscription);
     disconnect();
+}
+
+void JobEventWatcher::cancel(int subscription)
+{
+    if (!m_http || subscription <= 0)
+        return;
+    ipp_t *request = newRequest(IPP_OP_CANCEL_SUBSCRIPTION);
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", subscription);
+    IppPtr response(send(request));
 }
 
 bool JobEventWatcher::connect(QString *error)
@@ -93,13 +99,29 @@ bool JobEventWatcher::subscribe(QString *error)
     m_subscription = ippGetInteger(id, 0);
     m_nextSequence = 1;
     m_renewAt = time(nullptr) + m_lease / 2;
+    if (m_wantBusNotifier)
+        subscribeBusNotifier();
     return true;
 }
 
-bool JobEventWatcher::renew()
+// Made with each pull subscription, whose renewal it shares.
+void JobEventWatcher::subscribeBusNotifier()
+{
+    cancel(m_busSubscription); // the old one, if the scheduler still has it
+    ipp_t *request = newRequest(IPP_OP_CREATE_PRINTER_SUBSCRIPTIONS);
+    ippAddString(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_URI, "notify-recipient-uri", nullptr, "dbus://");
+    static const char *const events[] = { "job-created", "job-state-changed" };
+    ippAddStrings(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_KEYWORD, "notify-events", 2, nullptr, events);
+    ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
+    const IppPtr response(send(request));
+    ipp_attribute_t *id = response ? ippFindAttribute(response.get(), "notify-subscription-id", IPP_TAG_INTEGER) : nullptr;
+    m_busSubscription = failed(response) || !id ? 0 : ippGetInteger(id, 0);
+}
+
+bool JobEventWatcher::renew(int subscription)
 {
     ipp_t *request = newRequest(IPP_OP_RENEW_SUBSCRIPTION);
-    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", m_subscription);
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", subscription);
     ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
     const IppPtr response(send(request));
     if (failed(response))
@@ -116,8 +138,12 @@ JobEventWatcher::Poll JobEventWatcher::poll()
             return result;
         result.resync = true;
     }
-    if (m_subscription > 0 && time(nullptr) >= m_renewAt && !renew())
-        m_subscription = 0; // expired or forgotten: a new one below
+    if (m_subscription > 0 && time(nullptr) >= m_renewAt) {
+        if (!renew(m_subscription))
+            m_subscription = 0; // expired or forgotten: new ones below
+        else if (m_busSubscription > 0 && !renew(m_busSubscription))
+            subscribeBusNotifier();
+    }
     if (m_subscription <= 0) {
         if (!subscribe(&result.error)) {
             disconnect();
@@ -145,9 +171,13 @@ JobEventWatcher::Poll JobEventWatcher::poll()
         return result;
     }
 
+    const int expected = m_nextSequence;
     JobEvent event;
     int sequence = 0;
+    int first = 0;
     auto flush = [&] {
+        if (first == 0 && sequence > 0)
+            first = sequence;
         if (sequence >= m_nextSequence && event.jobId > 0)
             result.events << event;
         if (sequence >= m_nextSequence)
@@ -173,6 +203,10 @@ JobEventWatcher::Poll JobEventWatcher::poll()
             event.queue = QString::fromUtf8(ippGetString(attribute, 0, nullptr));
     }
     flush();
+    // The scheduler keeps a bounded number of events a subscription and drops
+    // the oldest: a burst between two polls leaves a gap.
+    if (first > expected)
+        result.resync = true;
     return result;
 }
 

@@ -40,6 +40,12 @@ public:
     };
     Poll poll();
 
+    // Also keeps a subscription whose recipient is dbus://: the scheduler's
+    // notifier then signals each event on the system bus. Optional: a
+    // scheduler without that notifier refuses it and the polls go on.
+    void setBusNotifier(bool wanted) { m_wantBusNotifier = wanted; }
+    bool busNotifierSubscribed() const { return m_busSubscription > 0; }
+
     int subscriptionId() const { return m_subscription; }
     // Requests sent to the server so far.
     qint64 requestCount() const { return m_requests; }
@@ -49,13 +55,17 @@ private:
     void disconnect();
     ipp_t *send(ipp_t *request);
     bool subscribe(QString *error);
-    bool renew();
+    bool renew(int subscription);
+    void subscribeBusNotifier();
+    void cancel(int subscription);
     int localPort() const;
 
     const int m_lease;
     http_t *m_http = nullptr;
     int m_port = 0;
     int m_subscription = 0;
+    bool m_wantBusNotifier = false;
+    int m_busSubscription = 0;
     int m_nextSequence = 1;
     time_t m_renewAt = 0;
     qint64 m_requests = 0;

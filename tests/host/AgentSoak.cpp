@@ -1,0 +1,107 @@
+// Twenty headless agents for twenty users on one private scheduler, ten jobs
+// a user submitted at once with lp: every job released once, by its owner's
+// agent, with its owner's code. The burst overflows the scheduler's event
+// store, so the agents must notice the gap and list the jobs again.
+
+#include "tests/host/PdeprintProcess.h"
+#include "tests/support/PrivateScheduler.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+using namespace hosttest;
+
+namespace {
+
+constexpr int kUsers = 20;
+constexpr int kJobsPerUser = 10;
+const QString kMainCode = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.mainCode");
+
+struct User
+{
+    QString name;
+    QString code;
+    QTemporaryDir config;
+    std::unique_ptr<QProcess> agent;
+    QList<int> jobs;
+};
+
+TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
+{
+    pdetest::PrivateScheduler scheduler;
+    ASSERT_EQ(scheduler.start({ .queues = { { "office", true, {} } } }), QString());
+
+    std::vector<User> users(kUsers);
+    for (int i = 0; i < kUsers; ++i) {
+        User &user = users[size_t(i)];
+        user.name = QStringLiteral("soak%1").arg(i + 1);
+        user.code = QString::number(7000 + i);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("CUPS_USER", user.name);
+        environment.insert("XDG_CONFIG_HOME", user.config.path());
+        user.agent = std::make_unique<QProcess>();
+        user.agent->setProcessEnvironment(environment);
+        user.agent->setStandardInputFile(QProcess::nullDevice());
+        user.agent->start(QStringLiteral(PDEPRINT_EXECUTABLE),
+                          { "--agent", "--no-dialog", "--click", "mainCodeCB", "--type", "mainCodeText=" + user.code });
+    }
+
+    // Every job at once, each lp its own process.
+    std::vector<std::pair<User *, std::unique_ptr<QProcess>>> submissions;
+    for (User &user : users) {
+        for (int j = 0; j < kJobsPerUser; ++j) {
+            auto lp = std::make_unique<QProcess>();
+            lp->start(QStringLiteral("lp"), { "-U", user.name, "-d", "office", "-o", "raw", sampleText() });
+            submissions.emplace_back(&user, std::move(lp));
+        }
+    }
+    const QRegularExpression requestId(QStringLiteral("request id is \\w+-(\\d+)"));
+    for (auto &[user, lp] : submissions) {
+        ASSERT_TRUE(lp->waitForFinished(60000));
+        const int jobId = requestId.match(QString::fromUtf8(lp->readAllStandardOutput())).captured(1).toInt();
+        ASSERT_GT(jobId, 0) << lp->readAllStandardError().constData();
+        user->jobs << jobId;
+    }
+
+    // Each job reaches the backend once it is released.
+    const bool allRan = pdetest::waitUntil(
+        [&] {
+            for (const User &user : users) {
+                for (int jobId : user.jobs) {
+                    if (scheduler.recordedOptions(jobId).isEmpty())
+                        return false;
+                }
+            }
+            return true;
+        },
+        120000);
+    EXPECT_TRUE(allRan) << qPrintable(scheduler.log());
+
+    QMap<int, int> releases; // job id -> times some agent released it
+    for (User &user : users) {
+        user.agent->terminate();
+        ASSERT_TRUE(user.agent->waitForFinished(20000));
+        const QString out = QString::fromUtf8(user.agent->readAllStandardOutput());
+        EXPECT_EQ(user.agent->readAllStandardError(), QByteArray()) << qPrintable(user.name);
+        for (const QString &line : out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            const int jobId = line.section(QLatin1Char(' '), 2, 2).toInt();
+            ++releases[jobId];
+            EXPECT_TRUE(user.jobs.contains(jobId)) << qPrintable(user.name) << " released another's job: " << qPrintable(line);
+        }
+        for (int jobId : user.jobs) {
+            EXPECT_EQ(pdetest::parseOptions(scheduler.recordedOptions(jobId)).value(kMainCode),
+                      QString::fromLatin1(user.code.toLatin1().toHex()))
+                << "job " << jobId << " of " << qPrintable(user.name);
+        }
+    }
+    EXPECT_EQ(releases.size(), kUsers * kJobsPerUser);
+    for (auto it = releases.cbegin(); it != releases.cend(); ++it)
+        EXPECT_EQ(it.value(), 1) << "job " << it.key();
+}
+
+} // namespace
