@@ -73,15 +73,6 @@ TEST_F(ControlsTest, ActionsApplyTheRulesAndLeaveTheFocus)
     }
 }
 
-TEST_F(ControlsTest, FieldWithoutTagOnlyChangesColour)
-{
-    panel->subCodeText->setProperty("tag", 0);
-    for (const bool grey : { true, false }) {
-        myQr7150kBCHilite(panel->subCodeText.data(), grey);
-        EXPECT_EQ(usability(panel->subCodeText), grey ? -1 : 1) << "neither read-only nor unselectable";
-    }
-}
-
 TEST_F(ControlsTest, TitlesAreLocalisedOnceAndPadlocksShowTheirState)
 {
     // Open while off, locked while on.
@@ -110,8 +101,6 @@ TEST_F(ControlsTest, LocalizedStringValueTakesTheKeyBeforeTheFirstColon)
 {
     QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
     QLineEdit field(QStringLiteral("Sub Code:"));
-    QGroupBox box(QStringLiteral("Billing Code"));
-    QCheckBox checkBox(QStringLiteral("Main Code: x"));
     QCheckBox untitled;
     QObject plain;
     const struct { QVariant object; QString expected; } cases[] = {
@@ -120,11 +109,8 @@ TEST_F(ControlsTest, LocalizedStringValueTakesTheKeyBeforeTheFirstColon)
         { QStringLiteral("Unknown Key:"), "Unknown Key:" },
         { QString(""), "" },
         { QVariant::fromValue(&field), "副コード:" },
-        { QVariant::fromValue(&box), "部門コード" },
-        { QVariant::fromValue<QObject *>(&checkBox), "主コード:" },
         { QVariant::fromValue<QObject *>(&untitled), "" }, // empty, not null
         { QVariant::fromValue(&plain), {} },
-        { QVariant::fromValue<QObject *>(nullptr), {} },
         { QVariant(QByteArray("Main Code:")), {} },
     };
     for (const auto &c : cases) {
