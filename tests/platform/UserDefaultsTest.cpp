@@ -52,6 +52,16 @@ void put(const QString &path, const QByteArray &bytes)
     file.write(bytes);
 }
 
+// Another process's change of the same size and time stamp: only the content tells.
+void rewriteInPlace(const QString &path, const QByteArray &before, const QByteArray &after)
+{
+    const QDateTime stamp = QFileInfo(path).lastModified();
+    const QByteArray bytes = contents(path);
+    ASSERT_TRUE(bytes.contains(before));
+    put(path, QByteArray(bytes).replace(before, after));
+    QFile(path).setFileTime(stamp, QFileDevice::FileModificationTime);
+}
+
 // Each test gets a preferences folder of its own that does not exist yet.
 class UserDefaultsTest : public ::testing::Test
 {
@@ -119,24 +129,10 @@ TEST_F(UserDefaultsTest, EveryDomainNameStaysInsideTheFolderAndApart)
 
 TEST_F(UserDefaultsTest, ResetRereadsAFileChangedBehindItsBack)
 {
-    for (const bool legacy : { false, true }) {
-        SCOPED_TRACE(legacy ? "legacy INI file" : "JSON file");
-        const QString file = legacy ? legacyPath : path;
-        QFile::remove(path);
-        if (legacy) {
-            QDir().mkpath(UserDefaults::preferencesDirectory());
-            QSettings(file, QSettings::IniFormat).setValue("code", "AAAA");
-        } else {
-            ASSERT_TRUE(writeFresh(kDomain, { { "code", "AAAA" } }));
-        }
-        ASSERT_EQ(readDomain(kDomain), (QVariantMap { { "code", "AAAA" } }));
-
-        // Same size and the same time stamp: only the content tells.
-        const QDateTime stamp = QFileInfo(file).lastModified();
-        put(file, contents(file).replace("AAAA", "BBBB"));
-        QFile(file).setFileTime(stamp, QFileDevice::FileModificationTime);
-        EXPECT_EQ(readDomain(kDomain), (QVariantMap { { "code", "BBBB" } }));
-    }
+    ASSERT_TRUE(writeFresh(kDomain, { { "code", "AAAA" } }));
+    ASSERT_EQ(readDomain(kDomain), (QVariantMap { { "code", "AAAA" } }));
+    rewriteInPlace(path, "AAAA", "BBBB");
+    EXPECT_EQ(readDomain(kDomain), (QVariantMap { { "code", "BBBB" } }));
 }
 
 TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
@@ -179,21 +175,23 @@ TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
     EXPECT_TRUE(QFileInfo(path).isDir());
 }
 
-TEST_F(UserDefaultsTest, FirstReleaseRecordIsReadAsTextAndTheNextWriteKeepsItAsJson)
+TEST_F(UserDefaultsTest, FirstReleaseRecordIsReadAsTextAfreshAndTheNextWriteKeepsItAsJson)
 {
     // As the first release wrote it.
     QDir().mkpath(UserDefaults::preferencesDirectory());
     {
         QSettings ini(legacyPath, QSettings::IniFormat);
-        ini.setValue("Other", "kept, as is");
+        ini.setValue("Other", "AAAA");
         ini.setValue("Billing Code/Main Code", " 12; 34 ");
         ini.setValue("Billing Code/Main Code CheckBox", true);
     }
-    const QByteArray iniBytes = contents(legacyPath);
-    const QVariantMap asText { { "Other", "kept, as is" },
+    const QVariantMap asText { { "Other", "AAAA" },
                                { "Billing Code", QVariantMap { { "Main Code", " 12; 34 " }, { "Main Code CheckBox", "true" } } } };
     EXPECT_EQ(typed(readDomain(kDomain)), typed(asText));
+    rewriteInPlace(legacyPath, "AAAA", "BBBB");
+    EXPECT_EQ(readDomain(kDomain).value_or(QVariantMap()).value("Other"), "BBBB");
 
+    const QByteArray iniBytes = contents(legacyPath);
     const QVariantMap changed { { "Other", 7 } };
     ASSERT_TRUE(writeFresh(kDomain, changed));
     EXPECT_EQ(typed(readDomain(kDomain)), typed(changed));
