@@ -1,10 +1,8 @@
 // A crash of a process saving preferences must never lose the user's record:
 // the domain file always parses and holds one whole record.
 
-#include "platform/UserDefaults.h"
 #include "tests/support/TestSupport.h"
 
-#include <QDir>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QThread>
@@ -13,100 +11,78 @@
 
 namespace {
 
-const QString kPrinter = QStringLiteral("faults");
 const QString kDomain = QStringLiteral("jp.co.nurat.mfp.faults");
 
-QString writerPath()
+void startWriter(QProcess &writer, const QString &tag, int count)
 {
-    return QStringLiteral(PDE_PREFERENCE_WRITER);
+    writer.start(QStringLiteral(PDE_PREFERENCE_WRITER), { QStringLiteral("faults"), tag, QString::number(count) });
 }
 
-void writeInitialRecord()
+// The main code of the record on disk, if the file parses and the record is
+// whole: sub code and keep value from the same save, the domain's other keys kept.
+std::optional<QString> wholeRecord()
 {
-    pde::UserDefaults::resetStandardUserDefaults();
-    auto defaults = pde::UserDefaults::standardUserDefaults();
-    defaults->setPersistentDomain(
-        { { "Billing Code", QVariantMap { { "Model Name", "Nurat QR7150K" }, { "Release Number", "1.00" },
-                                          { "Main Code", "init-0" }, { "Sub Code", "init-0-sub" }, { "hold button", 0 } } },
-          { "Other", "kept" } },
-        kDomain);
-    ASSERT_TRUE(defaults->synchronize());
+    const std::optional<QVariantMap> domain = pdetest::readDomain(kDomain);
+    const QVariantMap record = domain.value_or(QVariantMap()).value("Billing Code").toMap();
+    const QString main = record.value("Main Code").toString();
+    if (domain && domain->value("Other") == "kept" && record.value("Sub Code") == main + "-sub"
+        && record.value("hold button").toInt() == main.section(QLatin1Char('-'), -1).toInt() % 2
+        && record.value("Model Name") == "Nurat QR7150K")
+        return main;
+    return std::nullopt;
 }
 
-// The record as it stands on disk, and whether it is whole: both codes and
-// the keep value from the same save, and the domain's other keys kept.
-struct Stored
+class PreferenceFaults : public ::testing::Test
 {
-    bool parses = false;
-    bool whole = false;
-    QString mainCode;
+protected:
+    void SetUp() override
+    {
+        pdetest::writeDomain(QVariantMap { { "Other", "kept" },
+                                           { "Billing Code", QVariantMap { { "Model Name", "Nurat QR7150K" },
+                                                                           { "Release Number", "1.00" }, { "Main Code", "init-0" },
+                                                                           { "Sub Code", "init-0-sub" }, { "hold button", 0 } } } },
+                             kDomain);
+        ASSERT_EQ(wholeRecord(), QStringLiteral("init-0"));
+    }
 };
 
-Stored readStored()
+TEST_F(PreferenceFaults, KilledWhileSavingLeavesTheOldOrTheNewRecord)
 {
-    Stored stored;
-    pde::UserDefaults::resetStandardUserDefaults();
-    const std::optional<QVariantMap> domain = pde::UserDefaults::standardUserDefaults()->persistentDomainForName(kDomain);
-    if (!domain)
-        return stored;
-    stored.parses = true;
-    const QVariantMap record = domain->value("Billing Code").toMap();
-    stored.mainCode = record.value("Main Code").toString();
-    const int index = stored.mainCode.section(QLatin1Char('-'), -1).toInt();
-    stored.whole = domain->value("Other").toString() == QLatin1String("kept")
-        && record.value("Sub Code").toString() == stored.mainCode + QStringLiteral("-sub")
-        && record.value("hold button").toInt() == index % 2
-        && record.value("Model Name").toString() == QLatin1String("Nurat QR7150K");
-    return stored;
-}
-
-TEST(PreferenceFaults, KilledWhileSavingLeavesTheOldOrTheNewRecord)
-{
-    writeInitialRecord();
     QString previous = QStringLiteral("init-0");
     for (int kill = 0; kill < 200; ++kill) {
         SCOPED_TRACE(kill);
         QProcess writer;
-        writer.start(writerPath(), { kPrinter, QStringLiteral("k%1").arg(kill), QStringLiteral("0") });
+        startWriter(writer, QStringLiteral("k%1").arg(kill), 0);
         ASSERT_TRUE(writer.waitForReadyRead(10000)) << "the writer never became ready";
         QThread::usleep(QRandomGenerator::global()->bounded(30000));
         writer.kill();
         ASSERT_TRUE(writer.waitForFinished(10000));
 
-        const Stored stored = readStored();
-        ASSERT_TRUE(stored.parses);
-        ASSERT_TRUE(stored.whole) << "a mix of two saves: " << stored.mainCode.toStdString();
-        ASSERT_TRUE(stored.mainCode == previous || stored.mainCode.startsWith(QStringLiteral("k%1-").arg(kill)))
-            << "neither the old record nor one of this writer: " << stored.mainCode.toStdString();
-        previous = stored.mainCode;
+        const std::optional<QString> stored = wholeRecord();
+        ASSERT_TRUE(stored) << "unreadable, or a mix of two saves";
+        ASSERT_TRUE(*stored == previous || stored->startsWith(QStringLiteral("k%1-").arg(kill)))
+            << "neither the old record nor one of this writer: " << stored->toStdString();
+        previous = *stored;
     }
 }
 
-TEST(PreferenceFaults, TwoWritersOfOneDomainLastWriterWins)
+TEST_F(PreferenceFaults, TwoWritersOfOneDomainLastWriterWins)
 {
-    writeInitialRecord();
     QProcess first, second;
-    first.start(writerPath(), { kPrinter, QStringLiteral("a"), QStringLiteral("500") });
-    second.start(writerPath(), { kPrinter, QStringLiteral("b"), QStringLiteral("500") });
-
+    startWriter(first, QStringLiteral("a"), 500);
+    startWriter(second, QStringLiteral("b"), 500);
     // While both write, every look at the file finds one whole record.
     int looks = 0;
     while (first.state() != QProcess::NotRunning || second.state() != QProcess::NotRunning) {
-        const Stored stored = readStored();
-        ASSERT_TRUE(stored.parses);
-        ASSERT_TRUE(stored.whole) << stored.mainCode.toStdString();
+        ASSERT_TRUE(wholeRecord());
         ++looks;
         first.waitForFinished(5);
         second.waitForFinished(5);
     }
     EXPECT_GT(looks, 10);
-    ASSERT_EQ(first.exitCode(), 0) << first.readAllStandardError().toStdString();
-    ASSERT_EQ(second.exitCode(), 0) << second.readAllStandardError().toStdString();
-
-    const Stored stored = readStored();
-    ASSERT_TRUE(stored.whole);
-    EXPECT_TRUE(stored.mainCode == QLatin1String("a-499") || stored.mainCode == QLatin1String("b-499"))
-        << stored.mainCode.toStdString();
+    ASSERT_EQ(first.exitCode() + second.exitCode(), 0) << (first.readAllStandardError() + second.readAllStandardError()).toStdString();
+    const std::optional<QString> stored = wholeRecord();
+    EXPECT_TRUE(stored == QStringLiteral("a-499") || stored == QStringLiteral("b-499")) << stored.value_or("none").toStdString();
 }
 
 } // namespace

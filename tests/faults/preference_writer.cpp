@@ -21,13 +21,10 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: preference_writer PRINTER TAG COUNT\n");
         return 2;
     }
-    const QString printer = QString::fromLocal8Bit(argv[1]);
     const QString tag = QString::fromLocal8Bit(argv[2]);
     const long count = std::strtol(argv[3], nullptr, 10);
-
     pdetest::PpdPtr ppd = pdetest::openPpd(pdetest::samplePpdPath());
-    auto callback = std::make_shared<pdetest::ConstraintTestCallback>(ppd.get(), printer);
-    JpCoNuratPrintPdeQr7150kBC panel(callback);
+    JpCoNuratPrintPdeQr7150kBC panel(std::make_shared<pdetest::ConstraintTestCallback>(ppd.get(), QString::fromLocal8Bit(argv[1])));
     if (!ppd || !panel.panelView()) {
         std::fprintf(stderr, "preference_writer: cannot set up the panel\n");
         return 1;

@@ -16,31 +16,21 @@ namespace {
 
 using PanelRenderTest = PanelFixture;
 
+// Each control whole and inside the view; those in the box inside its frame and apart.
 void expectCleanLayout(JpCoNuratPrintPdeQr7150kBC &panel)
 {
     QWidget *view = panel.panelView();
-    const QList<QWidget *> inside { panel.holdButton, panel.mainCodeCB, panel.mainCodeText,
-                                    panel.subCodeCB, panel.subCodeText };
-    QList<QWidget *> all = inside;
-    all.prepend(panel.billingCodeBox);
-
-    for (QWidget *control : all) {
-        SCOPED_TRACE(control->objectName().toStdString());
-        ASSERT_TRUE(control->isVisible());
-        const QSize hint = control->sizeHint();
-        EXPECT_GE(control->width(), hint.width());
-        EXPECT_GE(control->height(), hint.height());
-        EXPECT_TRUE(view->rect().contains(QRect(control->mapTo(view, QPoint()), control->size())));
-    }
-    const QRect boxArea = panel.billingCodeBox->contentsRect();
-    for (qsizetype i = 0; i < inside.size(); ++i) {
-        const QRect a(inside[i]->mapTo(panel.billingCodeBox, QPoint()), inside[i]->size());
-        EXPECT_TRUE(boxArea.contains(a)) << inside[i]->objectName().toStdString();
-        for (qsizetype j = i + 1; j < inside.size(); ++j) {
-            const QRect b(inside[j]->mapTo(panel.billingCodeBox, QPoint()), inside[j]->size());
-            EXPECT_FALSE(a.intersects(b))
-                << inside[i]->objectName().toStdString() << " and " << inside[j]->objectName().toStdString();
-        }
+    const QList<QWidget *> all { panel.billingCodeBox, panel.holdButton, panel.mainCodeCB, panel.mainCodeText,
+                                 panel.subCodeCB, panel.subCodeText };
+    const auto area = [](QWidget *control, QWidget *in) { return QRect(control->mapTo(in, QPoint()), control->size()); };
+    for (qsizetype i = 0; i < all.size(); ++i) {
+        SCOPED_TRACE(all[i]->objectName().toStdString());
+        ASSERT_TRUE(all[i]->isVisible());
+        EXPECT_TRUE(all[i]->width() >= all[i]->sizeHint().width() && all[i]->height() >= all[i]->sizeHint().height());
+        EXPECT_TRUE(view->rect().contains(area(all[i], view)));
+        EXPECT_TRUE(i == 0 || panel.billingCodeBox->contentsRect().contains(area(all[i], panel.billingCodeBox)));
+        for (qsizetype j = std::max<qsizetype>(i + 1, 2); i > 0 && j < all.size(); ++j)
+            EXPECT_FALSE(area(all[i], view).intersects(area(all[j], view))) << all[j]->objectName().toStdString();
     }
 }
 
