@@ -4,27 +4,16 @@
 #include "host/HostCallback.h"
 #include "host/JobOptions.h"
 #include "host/PanelSession.h"
-#include "host/PreferenceDomains.h"
+#include "host/printer/PrinterPanels.h"
 
 #include <QWidget>
 
 namespace pdeprint {
 
-namespace {
-
-struct PpdCloser
-{
-    void operator()(ppd_file_t *ppd) const { ppdClose(ppd); }
-};
-
-} // namespace
-
-// Destroyed in reverse: panels first, then the callback they share, then the PPD.
+// The queue's panels, and what the job came with.
 struct JobPanelSession::Parts
 {
-    std::unique_ptr<ppd_file_t, PpdCloser> ppd;
-    std::shared_ptr<HostCallback> callback;
-    std::unique_ptr<PanelSession> session;
+    std::unique_ptr<PrinterPanels> panels;
     QMap<QString, QString> seeds; // the print settings the job came with
     QMap<QString, QString> keptWhen;
 };
@@ -42,37 +31,35 @@ std::unique_ptr<JobPanelSession> JobPanelSession::open(const std::vector<LoadedP
     auto parts = std::make_unique<Parts>();
     const pde::Printer printer { job.queue, {} };
     QString ppdError;
-    parts->ppd.reset(cups.openQueuePpd(printer, &ppdError)); // a driverless queue has none
-    parts->callback = std::make_shared<HostCallback>(printer, parts->ppd.get());
-
-    QStringList prefixes;
-    for (const LoadedPlugin &plugin : plugins) {
-        prefixes << plugin.preferenceDomainPrefixes;
+    PpdPtr ppd(cups.openQueuePpd(printer, &ppdError)); // a driverless queue has none
+    for (const LoadedPlugin &plugin : plugins)
         parts->keptWhen.insert(plugin.keptWhen);
-    }
-    if (!ensurePreferenceDomains(prefixes, job.queue, error))
+    parts->panels = PrinterPanels::create(plugins, printer, std::move(ppd), Options(), error);
+    if (!parts->panels)
         return nullptr;
 
-    // The job's own choices: PPD options are marked where the constraints
-    // allow them, and every attribute is a print setting.
+    // The job's own choices, before the panels restore from them: PPD options
+    // are marked where the constraints allow them, and every attribute is a
+    // print setting.
+    HostCallback &callback = parts->panels->callback();
     for (auto it = job.attributes.cbegin(); it != job.attributes.cend(); ++it) {
-        if (parts->ppd && ppdFindOption(parts->ppd.get(), it.key().toUtf8().constData()))
-            parts->callback->willChangePPDOptionKeyValue(it.key(), it.value());
-        parts->callback->printSettings()->setValue(it.key(), it.value());
+        if (callback.ppdFile() && ppdFindOption(callback.ppdFile(), it.key().toUtf8().constData()))
+            callback.willChangePPDOptionKeyValue(it.key(), it.value());
+        callback.printSettings()->setValue(it.key(), it.value());
     }
-    parts->seeds = parts->callback->printSettings()->values();
+    parts->seeds = callback.printSettings()->values();
 
-    parts->session = std::make_unique<PanelSession>(plugins, parts->callback);
-    parts->session->open();
-    parts->session->loadViews();
-    parts->session->showPanels();
+    PanelSession &session = parts->panels->session();
+    session.open();
+    session.loadViews();
+    session.showPanels();
     return std::unique_ptr<JobPanelSession>(new JobPanelSession(std::move(parts), job));
 }
 
 QList<QWidget *> JobPanelSession::views() const
 {
     QList<QWidget *> views;
-    for (auto &entry : m_parts->session->panels())
+    for (auto &entry : m_parts->panels->session().panels())
         views << entry.view;
     return views;
 }
@@ -80,17 +67,17 @@ QList<QWidget *> JobPanelSession::views() const
 QStringList JobPanelSession::panelNames() const
 {
     QStringList names;
-    for (auto &entry : m_parts->session->panels())
+    for (auto &entry : m_parts->panels->session().panels())
         names << entry.name;
     return names;
 }
 
 bool JobPanelSession::saveAndCheckKept()
 {
-    m_parts->session->accept();
+    m_parts->panels->session().accept();
     if (m_parts->keptWhen.isEmpty())
         return false;
-    const pde::PrintSettings &settings = *m_parts->callback->printSettings();
+    const pde::PrintSettings &settings = *m_parts->panels->callback().printSettings();
     for (auto it = m_parts->keptWhen.cbegin(); it != m_parts->keptWhen.cend(); ++it) {
         if (settings.value(it.key()) != it.value())
             return false;
@@ -100,13 +87,13 @@ bool JobPanelSession::saveAndCheckKept()
 
 bool JobPanelSession::finish(QMap<QString, QString> *ticket, QString *error)
 {
-    m_parts->session->accept();
-    if (!m_parts->session->shouldPrint()) {
+    m_parts->panels->session().accept();
+    if (!m_parts->panels->session().shouldPrint()) {
         *error = QStringLiteral("a panel stopped job %1").arg(m_job.id);
         return false;
     }
     const JobOptions options =
-        makeJobOptions(*m_parts->callback->printSettings(), m_parts->session->panelOptionKeys(), {}, {});
+        makeJobOptions(*m_parts->panels->callback().printSettings(), m_parts->panels->session().panelOptionKeys(), {}, {});
     ticket->clear();
     for (auto it = options.settings.cbegin(); it != options.settings.cend(); ++it) {
         if (m_parts->seeds.value(it.key(), QString()) != it.value() || !m_parts->seeds.contains(it.key()))
