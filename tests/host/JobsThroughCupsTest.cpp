@@ -59,42 +59,6 @@ struct Agent
 
 } // namespace
 
-TEST_F(JobsThroughCups, TheTicketArrivesAsJobAttributes)
-{
-    const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kPlain, "-o", "job-hold-until=indefinite" }
-                                          + kSteps + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", "--copies", "2", sampleText() });
-    const QMap<QString, QString> ticket = pdetest::jobAttributes(pdetest::jobIdIn(printed.out));
-    ASSERT_FALSE(ticket.isEmpty()) << qPrintable(printed.err);
-    EXPECT_EQ(ticket.value("copies"), "2");
-    EXPECT_FALSE(ticket.contains("ARMainCode")) << "the panel handles that option itself";
-    const std::pair<const char *, const char *> expected[] = {
-        { "bc.mainCodecb", "1" }, { "bc.mainCode", "37374142" }, { "bc.mainCode2", "[A-Za-z0-9+/]+=*" },
-        { "bc.subCodecb", "1" }, { "bc.subCode", "39" }, { "bc.subCode2", "[A-Za-z0-9+/]+=*" },
-        { "bc.holdButton", "1" }, { "spoolTime", "[0-9A-F]{16,}" }, // hexadecimal text keeping every digit
-    };
-    for (const auto &[key, pattern] : expected) {
-        const QString value = ticket.value(kPrefix + key);
-        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(value).hasMatch())
-            << key << " = " << qPrintable(value);
-    }
-}
-
-TEST_F(JobsThroughCups, BadQueuesAndChoicesSendNothing)
-{
-    const int jobsBefore = jobCount();
-    const struct { const char *what; QStringList arguments; const char *reasonPart; } cases[] = {
-        { "unknown printer", { "--printer", "nosuchqueue" }, "unknown printer" },
-        { "conflicting PPD choice", { "--printer", kPlain, "-o", "ARSubCode=On" }, "conflict" },
-    };
-    for (const auto &c : cases) {
-        const RunResult result = runPdeprint(QStringList { "--no-dialog" } + c.arguments + QStringList { sampleText() });
-        EXPECT_GT(result.exitCode, 0) << c.what;
-        EXPECT_EQ(result.err.count('\n'), 1) << c.what << ": " << qPrintable(result.err);
-        EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
-    }
-    EXPECT_EQ(jobCount(), jobsBefore);
-}
-
 // lp's order: the instance's saved options, then the command line's on top.
 TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
 {
@@ -150,27 +114,33 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
     }
 }
 
-TEST_F(HeldJobs, ReleaseErrorsAreOneLineAndChangeNothing)
+// Bad jobs or queues, for a release or a print: one line, exit 1, nothing sent or changed.
+TEST_F(HeldJobs, ErrorsAreOneLineAndChangeNothing)
 {
     const int held = lp(kHeld), foreign = lp(kHeld, "alice"), unserved = lp(kUnserved), printed = lp(kPlain);
     ASSERT_TRUE(waitUntil([printed] { return jobState(printed) == IPP_JSTATE_COMPLETED; }));
-    const struct { const char *what; int job; QByteArray server; const char *reasonPart; } cases[] = {
-        { "no such job", 9999, {}, "no job 9999" },
-        { "another user's job", foreign, {}, "another user" },
-        { "a job not held", printed, {}, "not held" },
-        { "an unserved queue", unserved, {}, "unserved" },
-        { "no server", held, "127.0.0.1:1", "CUPS server" },
+    const int jobsBefore = jobCount();
+    const auto release = [](int job) { return QStringList { "--release", QString::number(job) } + kSteps; };
+    const struct { const char *what; QStringList arguments; QByteArray server; const char *reasonPart; } cases[] = {
+        { "no such job", release(9999), {}, "no job 9999" },
+        { "another user's job", release(foreign), {}, "another user" },
+        { "a job not held", release(printed), {}, "not held" },
+        { "an unserved queue", release(unserved), {}, "unserved" },
+        { "no server", release(held), "127.0.0.1:1", "CUPS server" },
+        { "unknown printer", { "--no-dialog", "--printer", "nosuchqueue", sampleText() }, {}, "unknown printer" },
+        { "conflicting PPD choice", { "--no-dialog", "--printer", kPlain, "-o", "ARSubCode=On", sampleText() }, {}, "conflict" },
     };
     for (const auto &c : cases) {
         const QByteArray server = qgetenv("CUPS_SERVER");
         if (!c.server.isEmpty())
             qputenv("CUPS_SERVER", c.server);
-        const RunResult result = runPdeprint(QStringList { "--release", QString::number(c.job) } + kSteps);
+        const RunResult result = runPdeprint(c.arguments);
         qputenv("CUPS_SERVER", server);
         EXPECT_EQ(result.exitCode, 1) << c.what;
         EXPECT_EQ(result.err.count('\n'), 1) << c.what << ": " << qPrintable(result.err);
         EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
     }
+    EXPECT_EQ(jobCount(), jobsBefore);
     for (int job : { held, foreign, unserved })
         EXPECT_EQ(jobState(job), IPP_JSTATE_HELD) << job;
 }
@@ -190,25 +160,35 @@ TEST_F(HeldJobs, TheAgentSurvivesACancelledJobAndASchedulerRestart)
     EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
 }
 
-// Codes kept by one release fill the next jobs: held ones by --release-kept,
-// and pdeprint's own, which carry their ticket past the holding queue.
-TEST_F(HeldJobs, KeptCodesReleaseTheNextJobWithoutSteps)
+// pdeprint's own job carries its ticket past the holding queue, and the codes
+// it kept release the next held job.
+TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
 {
-    const int first = lp(kHeld), second = lp(kHeld);
+    const int next = lp(kHeld);
     // Nothing kept yet: the job waits for someone to give codes.
     EXPECT_EQ(runPdeprint({ "--release-kept" }).exitCode, 0);
-    EXPECT_EQ(jobState(first), IPP_JSTATE_HELD);
+    EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
 
-    EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(first) } + kSteps + QStringList { "--click", "holdButton" }).exitCode, 0);
+    const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld } + kSteps
+        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", "--copies", "2", sampleText() });
+    const int own = pdetest::jobIdIn(printed.out);
+    EXPECT_NE(jobState(own), IPP_JSTATE_HELD) << qPrintable(printed.err);
+    const QMap<QString, QString> ticket = pdetest::jobAttributes(own);
+    EXPECT_EQ(ticket.value("copies"), "2");
+    EXPECT_FALSE(ticket.contains("ARMainCode")) << "the panel handles that option itself";
+    const std::pair<const char *, const char *> expected[] = {
+        { "bc.mainCodecb", "1" }, { "bc.mainCode", "37374142" }, { "bc.mainCode2", "[A-Za-z0-9+/]+=*" },
+        { "bc.subCodecb", "1" }, { "bc.subCode", "39" }, { "bc.subCode2", "[A-Za-z0-9+/]+=*" },
+        { "bc.holdButton", "1" }, { "spoolTime", "[0-9A-F]{16,}" }, // hexadecimal text keeping every digit
+    };
+    for (const auto &[key, pattern] : expected) {
+        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(ticket.value(kPrefix + key)).hasMatch())
+            << key << " = " << qPrintable(ticket.value(kPrefix + key));
+    }
+
     const RunResult kept = runPdeprint({ "--release-kept" });
     EXPECT_EQ(kept.exitCode, 0) << qPrintable(kept.err);
-    const QMap<QString, QString> firstOptions = scheduler().received(first);
-    const int own = pdetest::jobIdIn(runPdeprint({ "--no-dialog", "--printer", kHeld, sampleText() }).out);
-    EXPECT_NE(jobState(own), IPP_JSTATE_HELD);
-    const QMap<QString, QString> next[] = { scheduler().received(second), pdetest::jobAttributes(own) };
-    for (const QMap<QString, QString> &options : next) {
-        EXPECT_EQ(options.value(kPrefix + "bc.mainCode"), "37374142");
-        for (const char *key : { "bc.mainCodecb", "bc.mainCode", "bc.subCodecb", "bc.subCode", "bc.holdButton" })
-            EXPECT_EQ(options.value(kPrefix + key), firstOptions.value(kPrefix + key)) << key;
-    }
+    const QMap<QString, QString> options = scheduler().received(next);
+    for (const char *key : { "bc.mainCodecb", "bc.mainCode", "bc.subCodecb", "bc.subCode", "bc.holdButton" })
+        EXPECT_EQ(options.value(kPrefix + key), ticket.value(kPrefix + key)) << key;
 }
