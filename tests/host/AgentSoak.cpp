@@ -4,9 +4,9 @@
 // store, so the agents must notice the gap and list the jobs again.
 
 #include "tests/host/PdeprintProcess.h"
+#include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -20,7 +20,6 @@ namespace {
 
 constexpr int kUsers = 20;
 constexpr int kJobsPerUser = 10;
-const QString kMainCode = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.mainCode");
 
 struct User
 {
@@ -60,10 +59,9 @@ TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
             submissions.emplace_back(&user, std::move(lp));
         }
     }
-    const QRegularExpression requestId(QStringLiteral("request id is \\w+-(\\d+)"));
     for (auto &[user, lp] : submissions) {
         ASSERT_TRUE(lp->waitForFinished(60000));
-        const int jobId = requestId.match(QString::fromUtf8(lp->readAllStandardOutput())).captured(1).toInt();
+        const int jobId = pdetest::jobIdIn(QString::fromUtf8(lp->readAllStandardOutput()));
         ASSERT_GT(jobId, 0) << lp->readAllStandardError().constData();
         user->jobs << jobId;
     }
@@ -71,13 +69,10 @@ TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
     // Each job reaches the backend once it is released.
     const bool allRan = pdetest::waitUntil(
         [&] {
-            for (const User &user : users) {
-                for (int jobId : user.jobs) {
-                    if (scheduler.recordedOptions(jobId).isEmpty())
-                        return false;
-                }
-            }
-            return true;
+            return std::all_of(users.begin(), users.end(), [&](const User &user) {
+                return std::none_of(user.jobs.begin(), user.jobs.end(),
+                                    [&](int jobId) { return scheduler.recordedOptions(jobId).isEmpty(); });
+            });
         },
         120000);
     EXPECT_TRUE(allRan) << qPrintable(scheduler.log());
@@ -94,8 +89,7 @@ TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
             EXPECT_TRUE(user.jobs.contains(jobId)) << qPrintable(user.name) << " released another's job: " << qPrintable(line);
         }
         for (int jobId : user.jobs) {
-            EXPECT_EQ(pdetest::parseOptions(scheduler.recordedOptions(jobId)).value(kMainCode),
-                      QString::fromLatin1(user.code.toLatin1().toHex()))
+            EXPECT_EQ(scheduler.received(jobId).value(kPrefix + "bc.mainCode"), QString::fromLatin1(user.code.toLatin1().toHex()))
                 << "job " << jobId << " of " << qPrintable(user.name);
         }
     }

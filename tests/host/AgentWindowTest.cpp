@@ -16,26 +16,18 @@
 #include "host/agent/ui/HeldJobWindow.h"
 #include "host/agent/ui/JobWindows.h"
 #include "tests/host/PdeprintProcess.h"
+#include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTest>
 
 #include <gtest/gtest.h>
 
 using namespace pdeprint;
+using pdetest::lp;
 
 namespace {
-
-int lp(const char *queue)
-{
-    QProcess process;
-    process.start(QStringLiteral("lp"), { "-d", queue, "-o", "raw", hosttest::sampleText() });
-    process.waitForFinished(30000);
-    const QString out = QString::fromUtf8(process.readAllStandardOutput());
-    return QRegularExpression(QStringLiteral("request id is \\w+-(\\d+)")).match(out).captured(1).toInt();
-}
 
 void press(QWidget *window, const char *button)
 {
@@ -69,12 +61,10 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     ASSERT_TRUE(agent.start(&error)) << qPrintable(error);
 
     const int printed = lp("held"), cancelled = lp("held"), gone = lp("held");
-    auto windowOf = [&windows](int job) -> HeldJobWindow * {
-        for (HeldJobWindow *window : windows.windows()) {
-            if (window->jobId() == job)
-                return window;
-        }
-        return nullptr;
+    auto windowOf = [&windows](int job) {
+        const QList<HeldJobWindow *> all = windows.windows();
+        const auto found = std::find_if(all.begin(), all.end(), [job](HeldJobWindow *w) { return w->jobId() == job; });
+        return found == all.end() ? nullptr : *found;
     };
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 3; }, 20000)) << qPrintable(said);
 
@@ -93,13 +83,9 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(gone) }), 0);
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().isEmpty(); }, 20000)) << qPrintable(said);
-    ASSERT_TRUE(pdetest::waitUntil([&] { return !scheduler.recordedOptions(printed).isEmpty(); }));
-    EXPECT_EQ(pdetest::parseOptions(scheduler.recordedOptions(printed))
-                  .value("jp.co.nurat.print.PrintSettings.bc.mainCode"),
-              "37374142");
+    EXPECT_EQ(scheduler.received(printed).value(hosttest::kPrefix + "bc.mainCode"), "37374142");
     for (int job : { cancelled, gone }) {
-        const std::optional<HeldJob> now = fetchJob(cups->http(), job, &error);
-        EXPECT_TRUE(now && now->state == IPP_JSTATE_CANCELED) << job;
+        EXPECT_EQ(pdetest::jobState(job), IPP_JSTATE_CANCELED) << job;
         EXPECT_TRUE(scheduler.recordedOptions(job).isEmpty()) << job;
     }
     EXPECT_TRUE(said.contains(QStringLiteral("job %1 on held was cancelled, released or finished elsewhere").arg(gone)))

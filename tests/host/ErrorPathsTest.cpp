@@ -86,15 +86,14 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
     const QString pdf = writeFile(dir, "renamed.bin", "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n");
     const RunResult result = runPdeprint(kDryRun + QStringList {
         "--summary", "-o", "media=A4", "--copies=2", "--pages", "1-3,5,7-", "--sides", "two-sided-long-edge", "-o",
-        "ARMainCode=On", "-o", "ARSubCode=On", "-o", "jp.co.nurat.print.PrintSettings.bc.mainCode=FF", "--click",
+        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kPrefix + "bc.mainCode=FF", "--click",
         "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
-    for (const char *line : { "copies=2", "media=A4", "page-ranges=1-3,5,7-", "sides=two-sided-long-edge",
-                              "jp.co.nurat.print.PrintSettings.bc.mainCodecb=1",
-                              "jp.co.nurat.print.PrintSettings.bc.mainCode=31323D3334" })
-        EXPECT_TRUE(lines.contains(line)) << line << " in " << qPrintable(result.out);
+    for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=1-3,5,7-", "sides=two-sided-long-edge",
+                                 kPrefix + "bc.mainCodecb=1", kPrefix + "bc.mainCode=31323D3334" })
+        EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
     QStringList names;
     for (const QString &line : lines)
         names << line.section('=', 0, 0);

@@ -1,27 +1,35 @@
-// Real jobs through a CUPS scheduler of the test's own: the ticket reaches the
-// job's attributes, kept codes come back on the next job, bad input sends nothing.
+// Real jobs through a CUPS scheduler of the test's own: pdeprint's ticket
+// reaches the job's attributes; jobs printed with lp to queues that hold them
+// are released by pdeprint's held-job commands and agent with that ticket;
+// other users' and unserved jobs, and bad input, change nothing.
 
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
-#include "tests/support/TestSupport.h"
 
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <cups/cups.h>
 #include <gtest/gtest.h>
 
 using namespace hosttest;
-using pdetest::jobAttributes;
+using pdetest::jobState;
+using pdetest::lp;
+using pdetest::waitUntil;
 
 namespace {
 
-constexpr char kQueue[] = "qr7150k";
-const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+constexpr char kHeld[] = "held";         // holds jobs; its PPD has the panel's options
+constexpr char kUnserved[] = "unserved"; // holds jobs; no PPD, so no panel
+constexpr char kPlain[] = "plain";       // prints at once
+const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
+                           "--click", "subCodeCB",  "--type", "subCodeText=9" };
 
-pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
-    ::testing::AddGlobalTestEnvironment(new pdetest::SchedulerEnvironment({ .queues = { { kQueue, false, {} } } })));
+pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
+    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} } } });
+
+using JobsThroughCups = pdetest::SchedulerTest;
+using HeldJobs = pdetest::SchedulerTest;
 
 int jobCount()
 {
@@ -31,35 +39,141 @@ int jobCount()
     return count;
 }
 
-class JobsThroughCups : public ::testing::Test
+// A headless agent, stopped by SIGTERM at the end of the test; it must leave cleanly.
+struct Agent
 {
-protected:
-    void SetUp() override
+    explicit Agent(const QStringList &arguments)
     {
-        ASSERT_TRUE(scheduler->error.isEmpty()) << qPrintable(scheduler->error);
-        qputenv("XDG_CONFIG_HOME", config.path().toUtf8()); // codes kept in one test stay out of the next
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.start(QStringLiteral(PDEPRINT_EXECUTABLE), QStringList { "--agent", "--no-dialog" } + arguments);
     }
-
-    // Prints the sample held on the queue, so that no filter runs; answers the job's id.
-    int print(const QStringList &extra)
+    ~Agent()
     {
-        const QStringList held { "--no-dialog", "--printer", kQueue, "-o", "job-hold-until=indefinite" };
-        const RunResult result = runPdeprint(held + extra + QStringList { sampleText() });
-        EXPECT_EQ(result.exitCode, 0) << qPrintable(result.err);
-        return pdetest::jobIdIn(result.out);
+        process.terminate();
+        EXPECT_TRUE(process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit
+                    && process.exitCode() == 0)
+            << process.readAllStandardError().constData();
     }
-
-    QTemporaryDir config;
+    QProcess process;
 };
 
 } // namespace
 
-TEST_F(JobsThroughCups, TheTicketArrivesAsJobAttributesAndKeptCodesFillTheNextJob)
+// lp's order: the instance's saved options, then the command line's on top.
+TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
 {
-    const int first = print({ "--click", "mainCodeCB", "--type", "mainCodeText=77AB", "--click", "subCodeCB", "--type",
-                              "subCodeText=9", "--click", "holdButton", "-o", "ARMainCode=On", "--copies", "2" });
-    ASSERT_GT(first, 0);
-    const QMap<QString, QString> ticket = jobAttributes(first);
+    QTemporaryDir home;
+    QFile lpoptions(home.filePath(".cups/lpoptions"));
+    ASSERT_TRUE(QDir(home.path()).mkpath(".cups") && lpoptions.open(QIODevice::WriteOnly)
+                && lpoptions.write(QByteArray("Dest ") + kPlain + "/duplex sides=two-sided-long-edge media=a5 number-up=2\n") > 0);
+    lpoptions.close();
+    const QByteArray ownHome = qgetenv("HOME");
+    qputenv("HOME", home.path().toUtf8());
+    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", QString::fromLatin1(kPlain) + "/duplex",
+                                           "--sides", "one-sided", "-o", "media=a4", sampleText() });
+    qputenv("HOME", ownHome);
+    ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
+    const QStringList lines = result.out.split('\n');
+    EXPECT_TRUE(lines.contains("number-up=2") && lines.contains("sides=one-sided") && lines.contains("media=a4"))
+        << qPrintable(result.out);
+    EXPECT_TRUE(lines.filter(QRegularExpression("^(printer-|media=a5|sides=two)")).isEmpty()) << qPrintable(result.out);
+}
+
+TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
+{
+    for (const char *way : { "--release", "agent" }) {
+        const int unserved = lp(kUnserved), foreign = lp(kHeld, "alice"), job = lp(kHeld);
+        ASSERT_GT(job, 0);
+        const RunResult dry = runPdeprint(QStringList { "--release", QString::number(job), "--dry-run" } + kSteps);
+        ASSERT_EQ(dry.exitCode, 0) << qPrintable(dry.err);
+        EXPECT_EQ(jobState(job), IPP_JSTATE_HELD) << "a dry run sends nothing";
+        {
+            std::unique_ptr<Agent> agent;
+            if (QString(way) == "agent")
+                agent = std::make_unique<Agent>(kSteps);
+            else
+                EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(job) } + kSteps).exitCode, 0);
+            const QMap<QString, QString> options = scheduler().received(job);
+            const QMap<QString, QString> ticket = pdetest::parseOptions(dry.out);
+            ASSERT_TRUE(ticket.contains(kPrefix + "bc.mainCode")) << qPrintable(dry.out);
+            for (auto it = ticket.cbegin(); it != ticket.cend(); ++it) {
+                // The spool time and the ciphers made from it move with the clock.
+                const bool timed = it.key().endsWith("spoolTime") || it.key().endsWith("Code2");
+                EXPECT_EQ(options.value(it.key(), "missing"), timed ? options.value(it.key()) : it.value())
+                    << way << ": " << qPrintable(it.key());
+            }
+        }
+        for (int untouched : { unserved, foreign }) {
+            EXPECT_EQ(jobState(untouched), IPP_JSTATE_HELD) << way << ": job " << untouched;
+            EXPECT_TRUE(scheduler().recordedOptions(untouched).isEmpty()) << way;
+        }
+        const RunResult held = runPdeprint({ "--held" });
+        EXPECT_FALSE(held.out.contains(QRegularExpression(QStringLiteral("^(%1|%2)\\t").arg(unserved).arg(foreign),
+                                                          QRegularExpression::MultilineOption)))
+            << qPrintable(held.out);
+    }
+}
+
+// Bad jobs or queues, for a release or a print: one line, exit 1, nothing sent or changed.
+TEST_F(HeldJobs, ErrorsAreOneLineAndChangeNothing)
+{
+    const int held = lp(kHeld), foreign = lp(kHeld, "alice"), unserved = lp(kUnserved), printed = lp(kPlain);
+    ASSERT_TRUE(waitUntil([printed] { return jobState(printed) == IPP_JSTATE_COMPLETED; }));
+    const int jobsBefore = jobCount();
+    const auto release = [](int job) { return QStringList { "--release", QString::number(job) } + kSteps; };
+    const struct { const char *what; QStringList arguments; QByteArray server; const char *reasonPart; } cases[] = {
+        { "no such job", release(9999), {}, "no job 9999" },
+        { "another user's job", release(foreign), {}, "another user" },
+        { "a job not held", release(printed), {}, "not held" },
+        { "an unserved queue", release(unserved), {}, "unserved" },
+        { "no server", release(held), "127.0.0.1:1", "CUPS server" },
+        { "unknown printer", { "--no-dialog", "--printer", "nosuchqueue", sampleText() }, {}, "unknown printer" },
+        { "conflicting PPD choice", { "--no-dialog", "--printer", kPlain, "-o", "ARSubCode=On", sampleText() }, {}, "conflict" },
+    };
+    for (const auto &c : cases) {
+        const QByteArray server = qgetenv("CUPS_SERVER");
+        if (!c.server.isEmpty())
+            qputenv("CUPS_SERVER", c.server);
+        const RunResult result = runPdeprint(c.arguments);
+        qputenv("CUPS_SERVER", server);
+        EXPECT_EQ(result.exitCode, 1) << c.what;
+        EXPECT_EQ(result.err.count('\n'), 1) << c.what << ": " << qPrintable(result.err);
+        EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
+    }
+    EXPECT_EQ(jobCount(), jobsBefore);
+    for (int job : { held, foreign, unserved })
+        EXPECT_EQ(jobState(job), IPP_JSTATE_HELD) << job;
+}
+
+TEST_F(HeldJobs, TheAgentSurvivesACancelledJobAndASchedulerRestart)
+{
+    // Cancelled before the agent starts: a running agent could release it
+    // before the cancel lands, and nothing would be proven.
+    const int cancelled = lp(kHeld);
+    ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(cancelled) }), 0);
+    Agent agent(kSteps);
+    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode"));
+    EXPECT_EQ(jobState(cancelled), IPP_JSTATE_CANCELED);
+    EXPECT_TRUE(scheduler().recordedOptions(cancelled).isEmpty());
+
+    ASSERT_EQ(scheduler().restart(), QString());
+    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
+}
+
+// pdeprint's own job carries its ticket past the holding queue, and the codes
+// it kept release the next held job.
+TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
+{
+    const int next = lp(kHeld);
+    // Nothing kept yet: the job waits for someone to give codes.
+    EXPECT_EQ(runPdeprint({ "--release-kept" }).exitCode, 0);
+    EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
+
+    const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld } + kSteps
+        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", "--copies", "2", sampleText() });
+    const int own = pdetest::jobIdIn(printed.out);
+    EXPECT_NE(jobState(own), IPP_JSTATE_HELD) << qPrintable(printed.err);
+    const QMap<QString, QString> ticket = pdetest::jobAttributes(own);
     EXPECT_EQ(ticket.value("copies"), "2");
     EXPECT_FALSE(ticket.contains("ARMainCode")) << "the panel handles that option itself";
     const std::pair<const char *, const char *> expected[] = {
@@ -68,48 +182,13 @@ TEST_F(JobsThroughCups, TheTicketArrivesAsJobAttributesAndKeptCodesFillTheNextJo
         { "bc.holdButton", "1" }, { "spoolTime", "[0-9A-F]{16,}" }, // hexadecimal text keeping every digit
     };
     for (const auto &[key, pattern] : expected) {
-        const QString value = ticket.value(kPrefix + key);
-        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(value).hasMatch())
-            << key << " = " << qPrintable(value);
+        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(ticket.value(kPrefix + key)).hasMatch())
+            << key << " = " << qPrintable(ticket.value(kPrefix + key));
     }
 
-    const QMap<QString, QString> next = jobAttributes(print({}));
+    const RunResult kept = runPdeprint({ "--release-kept" });
+    EXPECT_EQ(kept.exitCode, 0) << qPrintable(kept.err);
+    const QMap<QString, QString> options = scheduler().received(next);
     for (const char *key : { "bc.mainCodecb", "bc.mainCode", "bc.subCodecb", "bc.subCode", "bc.holdButton" })
-        EXPECT_EQ(next.value(kPrefix + key), ticket.value(kPrefix + key)) << key;
-}
-
-TEST_F(JobsThroughCups, BadQueuesAndChoicesSendNothing)
-{
-    const int jobsBefore = jobCount();
-    const struct { const char *what; QStringList arguments; const char *reasonPart; } cases[] = {
-        { "unknown printer", { "--printer", "nosuchqueue" }, "unknown printer" },
-        { "conflicting PPD choice", { "--printer", kQueue, "-o", "ARSubCode=On" }, "conflict" },
-    };
-    for (const auto &c : cases) {
-        const RunResult result = runPdeprint(QStringList { "--no-dialog" } + c.arguments + QStringList { sampleText() });
-        EXPECT_GT(result.exitCode, 0) << c.what;
-        EXPECT_EQ(result.err.count('\n'), 1) << c.what << ": " << qPrintable(result.err);
-        EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
-    }
-    EXPECT_EQ(jobCount(), jobsBefore);
-}
-
-// lp's order: the instance's saved options, then the command line's on top.
-TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
-{
-    QTemporaryDir home;
-    QFile lpoptions(home.filePath(".cups/lpoptions"));
-    ASSERT_TRUE(QDir(home.path()).mkpath(".cups") && lpoptions.open(QIODevice::WriteOnly)
-                && lpoptions.write(QByteArray("Dest ") + kQueue + "/duplex sides=two-sided-long-edge media=a5 number-up=2\n") > 0);
-    lpoptions.close();
-    const QByteArray ownHome = qgetenv("HOME");
-    qputenv("HOME", home.path().toUtf8());
-    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", QString::fromLatin1(kQueue) + "/duplex",
-                                           "--sides", "one-sided", "-o", "media=a4", sampleText() });
-    qputenv("HOME", ownHome);
-    ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
-    const QStringList lines = result.out.split('\n');
-    EXPECT_TRUE(lines.contains("number-up=2") && lines.contains("sides=one-sided") && lines.contains("media=a4"))
-        << qPrintable(result.out);
-    EXPECT_TRUE(lines.filter(QRegularExpression("^(printer-|media=a5|sides=two)")).isEmpty()) << qPrintable(result.out);
+        EXPECT_EQ(options.value(kPrefix + key), ticket.value(kPrefix + key)) << key;
 }

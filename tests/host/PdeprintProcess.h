@@ -8,6 +8,9 @@
 
 namespace hosttest {
 
+// The ticket's keys all start so.
+inline const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+
 struct RunResult
 {
     int exitCode = -1;

@@ -21,9 +21,8 @@ using namespace hosttest;
 
 namespace {
 
-pdetest::SchedulerEnvironment *const scheduler = static_cast<pdetest::SchedulerEnvironment *>(
-    ::testing::AddGlobalTestEnvironment(
-        new pdetest::SchedulerEnvironment({ .queues = { { "alpha", false, {} }, { "beta", false, {} } } })));
+pdetest::SchedulerEnvironment *const scheduler =
+    pdetest::SchedulerEnvironment::add({ .queues = { { "alpha", false, {} }, { "beta", false, {} } } });
 
 void keepCode(const QString &queue, const QString &code)
 {
@@ -82,5 +81,5 @@ TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
     EXPECT_EQ(fields, 1) << "the first queue's view stayed in the dialog";
     EXPECT_EQ(title, "Print sample.txt");
     EXPECT_FALSE(offersFile);
-    EXPECT_TRUE(out.split('\n').contains("jp.co.nurat.print.PrintSettings.bc.mainCode=32323232")) << qPrintable(out);
+    EXPECT_TRUE(out.split('\n').contains(kPrefix + "bc.mainCode=32323232")) << qPrintable(out);
 }

@@ -40,6 +40,12 @@ bool writeFile(const QString &path, const QString &text)
     return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
 }
 
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 } // namespace
 
 PrivateScheduler::PrivateScheduler() = default;
@@ -96,8 +102,9 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     if (QString error = launch(); !error.isEmpty())
         return error;
     for (const QueueSpec &queue : options.queues) {
-        QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records"),
-                              "-P", queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd };
+        QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records") };
+        if (queue.ppd != "-")
+            lpadmin << "-P" << (queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd);
         if (queue.holdsJobs)
             lpadmin << "-o" << "job-hold-until-default=indefinite";
         if (QProcess::execute(QStringLiteral("/usr/sbin/lpadmin"), lpadmin) != 0) // its errors go to the test's
@@ -137,29 +144,39 @@ QString PrivateScheduler::restart()
 
 void PrivateScheduler::stop()
 {
-    if (!m_cupsd)
-        return;
-    m_cupsd->terminate();
-    m_cupsd->waitForFinished(20000);
+    if (m_cupsd) {
+        m_cupsd->terminate();
+        m_cupsd->waitForFinished(20000);
+    }
     m_cupsd.reset(); // kills it if it did not stop
 }
 
 QString PrivateScheduler::recordedOptions(int jobId) const
 {
-    QFile file(m_root.filePath(QStringLiteral("records/%1").arg(jobId)));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+    return QString::fromUtf8(readFile(m_root.filePath(QStringLiteral("records/%1").arg(jobId)))).trimmed();
+}
+
+QMap<QString, QString> PrivateScheduler::received(int jobId) const
+{
+    waitUntil([&] { return !recordedOptions(jobId).isEmpty(); });
+    return parseOptions(recordedOptions(jobId));
 }
 
 QString PrivateScheduler::log() const
 {
-    QFile file(m_root.filePath("log/error_log"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll().right(4000)) : QString();
+    return QString::fromUtf8(readFile(m_root.filePath("log/error_log")).right(4000));
 }
 
 int PrivateScheduler::accessLogLines() const
 {
-    QFile file(m_root.filePath("log/access_log"));
-    return file.open(QIODevice::ReadOnly) ? int(file.readAll().count('\n')) : 0;
+    return int(readFile(m_root.filePath("log/access_log")).count('\n'));
+}
+
+SchedulerEnvironment *SchedulerEnvironment::add(SchedulerOptions options)
+{
+    SchedulerTest::environment = new SchedulerEnvironment(std::move(options));
+    ::testing::AddGlobalTestEnvironment(SchedulerTest::environment);
+    return SchedulerTest::environment;
 }
 
 bool waitUntil(const std::function<bool()> &done, int timeoutMs)

@@ -18,7 +18,7 @@ struct QueueSpec
 {
     QString name;
     bool holdsJobs = false; // job-hold-until-default=indefinite
-    QString ppd;            // empty: the sample PPD
+    QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves
 };
 
 struct SchedulerOptions
@@ -53,6 +53,8 @@ public:
     QString server() const { return m_server; }
     // The options argument the backend received for the job; empty until it ran.
     QString recordedOptions(int jobId) const;
+    // Those options parsed as a backend parses them, once the job ran (waits for it).
+    QMap<QString, QString> received(int jobId) const;
     QString log() const;
     // Lines in the access log: requests served, with `AccessLogLevel all`.
     int accessLogLines() const;
@@ -74,12 +76,31 @@ public:
     explicit SchedulerEnvironment(SchedulerOptions options) : m_options(std::move(options)) { }
     void SetUp() override { error = scheduler.start(m_options); }
     void TearDown() override { scheduler.stop(); }
+    // Registers the program's scheduler, the one SchedulerTest's tests use.
+    static SchedulerEnvironment *add(SchedulerOptions options);
 
     PrivateScheduler scheduler;
     QString error; // why it did not come up
 
 private:
     SchedulerOptions m_options;
+};
+
+// A test on the program's scheduler, with a preferences folder of its own so
+// that codes kept in one test stay out of the next.
+class SchedulerTest : public ::testing::Test
+{
+public:
+    static inline SchedulerEnvironment *environment = nullptr;
+
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(environment && environment->error.isEmpty()) << qPrintable(environment->error);
+        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
+    }
+    PrivateScheduler &scheduler() { return environment->scheduler; }
+    QTemporaryDir config;
 };
 
 // Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.
