@@ -7,19 +7,17 @@
 #include "platform/UserDefaults.h"
 
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 using namespace exchangetest;
 
 namespace {
 
-// A record as typed text, for whole-record comparison: QVariant's == would
-// take "true" for true.
-QMap<QString, QString> asText(const QVariantMap &record)
+// A record as JSON, for whole-record comparison: QVariant's == would take "true" for true.
+std::string asText(const QVariantMap &record)
 {
-    QMap<QString, QString> text;
-    for (auto it = record.cbegin(); it != record.cend(); ++it)
-        text.insert(it.key(), QString::fromLatin1(it->typeName()) + QLatin1Char(' ') + it->toString());
-    return text;
+    return QJsonDocument(QJsonObject::fromVariantMap(record)).toJson(QJsonDocument::Compact).toStdString();
 }
 
 QVariantMap fullRecord(const QString &model = QStringLiteral("Nurat QR7150K"), const QString &release = "1.00")
