@@ -75,8 +75,9 @@ TEST_F(StoredPreferences, CreationResetsRecordsOfAnotherModelOrReleaseBeforeLoad
     }
 }
 
-// Printing stores the controls whatever the keep button, and loads them again for the next restore.
-TEST_F(StoredPreferences, PrintingStoresTheControlsAndLoadsThemAgain)
+// Printing stores the controls whatever the keep button and loads them again for the next restore;
+// a load without a record clears them.
+TEST_F(StoredPreferences, PrintingStoresTheControlsAndEveryLoadReplacesThem)
 {
     for (int hold : { 0, 1 }) {
         SCOPED_TRACE(hold);
@@ -100,12 +101,6 @@ TEST_F(StoredPreferences, PrintingStoresTheControlsAndLoadsThemAgain)
         EXPECT_EQ(panel->prefHoldButtonFlag, quint32(hold));
         EXPECT_EQ(panel->prefMainCodeStringRef, QVariant("a b:c@d"));
     }
-}
-
-TEST_F(StoredPreferences, LoadWithoutRecordLeavesTheFieldsCleared)
-{
-    pdetest::writeDomain(QVariantMap { { "Billing Code", fullRecord() } });
-    createPanel();
     pdetest::writeDomain(QVariantMap { { "Other", "x" } });
     panel->GetUserPreference();
     EXPECT_EQ(panel->prefHoldButtonFlag, 0u);
