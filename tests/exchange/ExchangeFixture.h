@@ -32,13 +32,10 @@ protected:
     std::optional<QString> ticket(const QString &key) const { return callback->settings.value(kTicketPrefix + key); }
     // The plain stamp of the ticket, from its hex text.
     QByteArray stamp() const { return QByteArray::fromHex(ticket(QStringLiteral("spoolTime")).value_or(QString()).toLatin1()); }
-    // A code's bytes decrypted from its Base64 copy under the stamp's last 16 bytes, zero fill dropped.
-    QByteArray decryptedCode(const QString &key) const
+    // A code's Base64 copy as the ticket must hold it: encrypted under the stamp's last 16 bytes.
+    std::optional<QString> encrypted(const QByteArray &code) const
     {
-        QByteArray plain = pdetest::aes128Ecb(stamp().right(16), QByteArray::fromBase64(ticket(key).value_or(QString()).toLatin1()), false);
-        while (plain.endsWith('\0'))
-            plain.chop(1);
-        return plain;
+        return code.isEmpty() ? std::nullopt : std::optional(QString::fromLatin1(pdetest::aes128Ecb(stamp().right(16), code).toBase64()));
     }
 
     pdetest::PpdPtr ppd = pdetest::openPpd(pdetest::samplePpdPath());

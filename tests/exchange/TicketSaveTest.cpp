@@ -14,15 +14,15 @@ using TicketSave = PanelOnSamplePrinter;
 TEST_F(TicketSave, CodesAreCutAndEncryptedWhateverTheirCheckBox)
 {
     const QString e16(16, QChar(0xE9));
-    const struct { const char *name; int box; QString text; QByteArray bytes; int base64Length; } cases[] = {
-        { "empty code, box on: both keys removed", 1, QString(), QByteArray(), 0 },
-        { "box off", 0, QStringLiteral("1234"), "1234", 24 },
-        { "mixed box is written as off", -1, QStringLiteral("1234"), "1234", 24 },
-        { "exactly one block", 1, QString(16, QLatin1Char('7')), QByteArray(16, '7'), 24 },
-        { "two blocks", 1, QString(17, QLatin1Char('7')), QByteArray(17, '7'), 44 },
-        { "cut at 32 characters", 1, QString(40, QLatin1Char('A')), QByteArray(32, 'A'), 44 },
-        { "cut at 32 bytes", 1, e16 + e16, e16.toUtf8(), 44 },
-        { "a one-byte character after 32 bytes is cut", 1, e16 + QLatin1Char('A'), e16.toUtf8(), 44 },
+    const struct { const char *name; int box; QString text; QByteArray bytes; } cases[] = {
+        { "empty code, box on: both keys removed", 1, QString(), QByteArray() },
+        { "box off", 0, QStringLiteral("1234"), "1234" },
+        { "mixed box is written as off", -1, QStringLiteral("1234"), "1234" },
+        { "exactly one block", 1, QString(16, QLatin1Char('7')), QByteArray(16, '7') },
+        { "two blocks", 1, QString(17, QLatin1Char('7')), QByteArray(17, '7') },
+        { "cut at 32 characters", 1, QString(40, QLatin1Char('A')), QByteArray(32, 'A') },
+        { "cut at 32 bytes", 1, e16 + e16, e16.toUtf8() },
+        { "a one-byte character after 32 bytes is cut", 1, e16 + QLatin1Char('A'), e16.toUtf8() },
     };
     // The sub code and the keep button change apart from the main code, so that no key takes another's control.
     int hold = 0;
@@ -38,11 +38,10 @@ TEST_F(TicketSave, CodesAreCutAndEncryptedWhateverTheirCheckBox)
         panel->saveValuesAndReturnError(nullptr);
         EXPECT_EQ(ticket("bc.mainCodecb"), QString::number(mainOn));
         EXPECT_EQ(ticket("bc.mainCode"), c.bytes.isEmpty() ? std::nullopt : std::optional(hexOf(c.bytes)));
-        EXPECT_EQ(ticket("bc.mainCode2").value_or(QString()).size(), c.base64Length);
-        EXPECT_EQ(decryptedCode("bc.mainCode2"), c.bytes);
+        EXPECT_EQ(ticket("bc.mainCode2"), encrypted(c.bytes));
         EXPECT_EQ(ticket("bc.subCodecb"), QString::number(!mainOn));
         EXPECT_EQ(ticket("bc.subCode"), QStringLiteral("35"));
-        EXPECT_EQ(decryptedCode("bc.subCode2"), "5");
+        EXPECT_EQ(ticket("bc.subCode2"), encrypted("5"));
         EXPECT_EQ(ticket("bc.holdButton"), QString::number(hold));
     }
 }
@@ -71,18 +70,14 @@ TEST_F(TicketSave, KeepsTheTicketsStampAndReplacesOneThatIsNotAStamp)
         callback->settings.setValue(kTicketPrefix + spoolTime, c.text);
         panel->saveValuesAndReturnError(nullptr);
         EXPECT_EQ(ticket(spoolTime) == c.text, c.kept);
-        EXPECT_EQ(decryptedCode(QStringLiteral("bc.mainCode2")), "55");
+        EXPECT_EQ(ticket("bc.mainCode2"), encrypted("55"));
     }
 }
 
-TEST_F(TicketSave, WritesNothingWithoutSetUpControlsOrPrintSettings)
+TEST_F(TicketSave, WritesNothingWithoutSetUpControls)
 {
     JpCoNuratPrintPdeQr7150kBC unseen(callback);
     unseen.saveValuesAndReturnError(nullptr);
-    EXPECT_TRUE(callback->settings.keys().isEmpty());
-    callback->settingsAvailable = false;
-    panel->saveValuesAndReturnError(nullptr);
-    callback->settingsAvailable = true;
     EXPECT_TRUE(callback->settings.keys().isEmpty());
 }
 

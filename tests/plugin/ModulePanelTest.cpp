@@ -4,7 +4,6 @@
 #include "platform/Bundle.h"
 #include "platform/DialogTypes.h"
 #include "platform/PanelFactory.h"
-#include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 #include "tests/support/TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -14,10 +13,6 @@ TEST(ModulePanel, FactoryOfTheLoadedModuleAnswersOnePanelForThePrintDialogOnly)
     QString error;
     const auto bundle = pde::Bundle::loadPlugIn(pdetest::pluginBuildDirectory() + QStringLiteral("/billingcode.so"), &error);
     ASSERT_TRUE(bundle) << error.toStdString();
-    EXPECT_EQ(bundle->bundleIdentifier(), QStringLiteral("jp.co.nurat.print.pde.qr7150k"));
-    // Linked in or loaded, and loaded twice: one bundle.
-    EXPECT_EQ(pde::Bundle::bundleForClass(&JpCoNuratPrintPdeQr7150kBC::staticMetaObject).get(), bundle.get());
-    EXPECT_EQ(pde::Bundle::loadPlugIn(bundle->modulePath(), &error).get(), bundle.get());
     auto *factory = qobject_cast<pde::PanelFactory *>(bundle->principalObject());
     ASSERT_TRUE(factory && factory->initWithBundle(bundle.get()));
     auto host = std::make_shared<pdetest::ConstraintTestCallback>();

@@ -13,8 +13,6 @@ using pdetest::ConstraintTestCallback;
 using pdetest::TestCallback;
 using Panel = JpCoNuratPrintPdeQr7150kBC;
 
-const QString kDomain = QString::fromLatin1(pdetest::kSampleDomain);
-
 class PanelTest : public ::testing::Test
 {
 protected:

@@ -36,17 +36,13 @@ TEST(CodeCipher, EveryCodeLengthMatchesZeroFilledEcbUnderEitherKey)
     for (int length = 1; length <= 32; ++length) {
         SCOPED_TRACE(length);
         const QByteArray code = randomText(random, length);
-        const QByteArray expected = pdetest::aes128Ecb(keyString.right(16), code, true);
+        const QByteArray expected = pdetest::aes128Ecb(keyString.right(16), code);
         // As the panel calls it: the code in a zero-filled area, an output full of junk.
         QByteArray area = code.leftJustified(64, '\0'), output = kJunk;
         my_aes_encrypt2(u(area), u(keyString), u(output), 64);
         EXPECT_EQ(output, expected.leftJustified(64, '\0'));
-        char text[64], decoded[40];
-        EXPECT_EQ(Base64encode(text, output.constData(), int32_t(expected.size())), expected.toBase64().size() + 1);
-        EXPECT_EQ(QByteArray(text), expected.toBase64());
-        EXPECT_EQ(QByteArray(decoded, Base64decode(decoded, text)), expected);
 
-        const QByteArray fixed = pdetest::aes128Ecb(kFixedKey, code, true);
+        const QByteArray fixed = pdetest::aes128Ecb(kFixedKey, code);
         QByteArray cipher = kJunk, plain = kJunk;
         my_aes_encrypt(u(area), u(cipher), 48);
         EXPECT_EQ(cipher, fixed.leftJustified(48, '\0') + kJunk.left(16));

@@ -6,9 +6,7 @@
 
 namespace pdetest {
 
-// AES-128-ECB without padding under a 16-byte key. Encryption zero-fills the
-// data to whole blocks first; decryption of anything but whole blocks gives
-// an empty result.
-QByteArray aes128Ecb(const QByteArray &key, const QByteArray &data, bool encrypt);
+// AES-128-ECB under a 16-byte key of the data zero-filled to whole blocks.
+QByteArray aes128Ecb(const QByteArray &key, const QByteArray &data);
 
 } // namespace pdetest

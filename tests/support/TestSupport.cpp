@@ -59,17 +59,4 @@ QVariantMap readRecord()
     return readDomain().value_or(QVariantMap()).value(QStringLiteral("Billing Code")).toMap();
 }
 
-TestCallback::TestCallback(ppd_file_t *ppdFile, const QString &printer)
-    : ppd(ppdFile)
-{
-    if (!printer.isEmpty())
-        session.setCurrentPrinter(pde::Printer { printer, QString() });
-}
-
-bool ConstraintTestCallback::willChangePPDOptionKeyValue(const QString &option, const QString &choice)
-{
-    asked << option + QLatin1Char('=') + choice;
-    return allow;
-}
-
 } // namespace pdetest

@@ -40,7 +40,11 @@ QVariantMap readRecord();
 class TestCallback : public pde::PluginCallback
 {
 public:
-    TestCallback(ppd_file_t *ppd = nullptr, const QString &printer = QString::fromLatin1(kSamplePrinter));
+    TestCallback(ppd_file_t *ppdFile = nullptr, const QString &printer = QString::fromLatin1(kSamplePrinter)) : ppd(ppdFile)
+    {
+        if (!printer.isEmpty())
+            session.setCurrentPrinter(pde::Printer { printer, QString() });
+    }
 
     pde::PrintSession *printSession() override { return &session; }
     pde::PrintSettings *printSettings() override { return settingsAvailable ? &settings : nullptr; }
@@ -57,7 +61,11 @@ class ConstraintTestCallback : public TestCallback, public pde::ConstraintHandli
 {
 public:
     using TestCallback::TestCallback;
-    bool willChangePPDOptionKeyValue(const QString &option, const QString &choice) override;
+    bool willChangePPDOptionKeyValue(const QString &option, const QString &choice) override
+    {
+        asked << option + QLatin1Char('=') + choice;
+        return allow;
+    }
 
     bool allow = true;
     QStringList asked;
