@@ -35,25 +35,15 @@ void edit(QLineEdit *field, Edit kind, const QString &input)
     QDropEvent drop(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     switch (kind) {
     case Edit::Type: QTest::keyClicks(field, input); break;
-    case Edit::Paste:
-        QGuiApplication::clipboard()->setText(input);
-        QTest::keyClick(field, Qt::Key_V, Qt::ControlModifier);
-        break;
-    case Edit::Backspace: QTest::keyClick(field, Qt::Key_Backspace); break;
+    case Edit::Paste: QGuiApplication::clipboard()->setText(input), QTest::keyClick(field, Qt::Key_V, Qt::ControlModifier); break;
+    case Edit::Backspace:
+    case Edit::DeleteAndUndo: QTest::keyClick(field, Qt::Key_Backspace); break;
+    case Edit::ComposeAndCommit: commit(field, input, QString()); [[fallthrough]];
     case Edit::Commit: commit(field, QString(), input); break;
-    case Edit::ComposeAndCommit:
-        commit(field, input, QString());
-        commit(field, QString(), input);
-        break;
-    case Edit::Drop:
-        QCoreApplication::sendEvent(field, &enter);
-        QCoreApplication::sendEvent(field, &drop);
-        break;
-    case Edit::DeleteAndUndo:
-        QTest::keyClick(field, Qt::Key_Backspace);
-        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
-        break;
+    case Edit::Drop: QCoreApplication::sendEvent(field, &enter), QCoreApplication::sendEvent(field, &drop); break;
     }
+    if (kind == Edit::DeleteAndUndo)
+        QTest::keyClick(field, Qt::Key_Z, Qt::ControlModifier);
     QCoreApplication::processEvents();
 }
 
