@@ -8,15 +8,9 @@
 #include <QCoreApplication>
 #include <QLineEdit>
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 namespace {
 
-QString anyText(FuzzedDataProvider &in, size_t maxBytes)
-{
-    const std::string bytes = in.ConsumeRandomLengthString(maxBytes);
-    return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
-}
+using pdefuzz::anyText;
 
 pde::TextRange anyRange(FuzzedDataProvider &in)
 {
@@ -50,15 +44,9 @@ void editField(FuzzedDataProvider &in)
         const int length = int(field.text().size());
         field.setSelection(in.ConsumeIntegralInRange(0, length), in.ConsumeIntegralInRange(-length, length));
         switch (in.ConsumeIntegralInRange(0, 2)) {
-        case 0:
-            field.insert(anyText(in, 60));
-            break;
-        case 1:
-            field.backspace();
-            break;
-        case 2:
-            field.undo();
-            break;
+        case 0: field.insert(anyText(in, 60)); break;
+        case 1: field.backspace(); break;
+        case 2: field.undo(); break;
         }
         QCoreApplication::processEvents();
     }

@@ -4,21 +4,10 @@
 #include "fuzz/FuzzSupport.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 
-#include <fuzzer/FuzzedDataProvider.h>
-
-namespace {
+using pdefuzz::anyText;
 
 const char *const kTicketKeys[] = { "spoolTime", "bc.mainCodecb", "bc.mainCode", "bc.mainCode2",
                                     "bc.subCodecb", "bc.subCode", "bc.subCode2", "bc.holdButton" };
-
-QString anyText(FuzzedDataProvider &in)
-{
-    const std::string bytes = in.ConsumeRandomLengthString(600);
-    return in.ConsumeBool() ? QString::fromUtf8(bytes.data(), qsizetype(bytes.size()))
-                            : QString::fromLatin1(bytes.data(), qsizetype(bytes.size()));
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
@@ -31,17 +20,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (in.ConsumeBool())
         panel.prefMainCodeCBBooleanRef = in.ConsumeBool();
     if (in.ConsumeBool())
-        panel.prefMainCodeStringRef = anyText(in);
+        panel.prefMainCodeStringRef = anyText(in, 600);
     if (in.ConsumeBool())
-        panel.prefSubCodeCBBooleanRef = anyText(in);
+        panel.prefSubCodeCBBooleanRef = anyText(in, 600);
     if (in.ConsumeBool())
-        panel.prefSubCodeStringRef = anyText(in);
+        panel.prefSubCodeStringRef = anyText(in, 600);
 
     while (in.remaining_bytes() > 0) {
         const QString key = in.ConsumeBool()
             ? QStringLiteral("jp.co.nurat.print.PrintSettings.") + QLatin1String(in.PickValueInArray(kTicketKeys))
-            : anyText(in);
-        callback->settings.setValue(key, anyText(in));
+            : anyText(in, 600);
+        callback->settings.setValue(key, anyText(in, 600));
     }
 
     if (panel.panelView() == nullptr)
