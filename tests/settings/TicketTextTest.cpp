@@ -76,28 +76,3 @@ TEST(AsciiValue, StoresOrRemovesTheKey)
     }
     MyPMPrintSetAsciiCStrValue(nullptr, key, "1");
 }
-
-TEST(ReplaceSpaceCode, BlanksControlCharactersAndQuotesOnlyWithinTheLength)
-{
-    // The walk goes on past the zero byte at the start and stops at the length.
-    char buffer[257];
-    for (int byte = 0; byte < 257; ++byte)
-        buffer[byte] = char(byte == 256 ? 1 : byte);
-    ReplaceSpaceCode(buffer, 256);
-    ReplaceSpaceCode(buffer + 256, -1);
-    for (int byte = 0; byte < 256; ++byte) {
-        const bool blanked = (byte >= 0x01 && byte <= 0x08) || (byte >= 0x0a && byte <= 0x1f) || byte == '"';
-        EXPECT_EQ(static_cast<unsigned char>(buffer[byte]), blanked ? 0x20 : byte) << "byte " << byte;
-    }
-    EXPECT_EQ(buffer[256], 1);
-}
-
-TEST(EastAsianEncoding, CodesetNames)
-{
-    const struct { const char *codeset; bool latin; } cases[] = {
-        { "UTF-8", true }, { "CP1252", true }, { nullptr, true }, { "EUC-JP-extra", true }, { "SHIFT_JIS", false },
-        { "sjis", false }, { "eucJP", false }, { "BIG5-HKSCS", false }, { "EUC-KR", false }, { "GB18030", false },
-    };
-    for (const auto &c : cases)
-        EXPECT_EQ(encodingWindowsLatin1(c.codeset), c.latin) << (c.codeset ? c.codeset : "(null)");
-}
