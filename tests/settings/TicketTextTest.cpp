@@ -1,5 +1,4 @@
-// The ticket's text helpers: spool time stamp, hex text, ASCII values,
-// blanking of control characters, East Asian codesets.
+// The ticket's text helpers: spool time stamp, hex text, ASCII values.
 
 #include "settings/TicketText.h"
 
