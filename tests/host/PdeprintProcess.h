@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include <ostream>
+#include "tests/support/TestSupport.h"
 
 namespace hosttest {
 
@@ -36,9 +36,3 @@ inline QString sampleText()
 }
 
 } // namespace hosttest
-
-// Readable strings in test failure messages.
-inline void PrintTo(const QString &text, std::ostream *os)
-{
-    *os << '"' << text.toStdString() << '"';
-}
