@@ -6,6 +6,8 @@
 
 #include "tests/support/TestSupport.h"
 
+#include <gtest/gtest.h>
+
 namespace hosttest {
 
 // The ticket's keys all start so.
@@ -29,6 +31,34 @@ inline RunResult runPdeprint(const QStringList &arguments)
     return { finished && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
              QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError()) };
 }
+
+// A headless agent; stop(), or the end of its scope, sends it SIGTERM, and it
+// must leave cleanly and silently on standard error.
+struct Agent
+{
+    explicit Agent(const QStringList &arguments,
+                   const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+    {
+        process.setProcessEnvironment(environment);
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.start(QStringLiteral(PDEPRINT_EXECUTABLE), QStringList { "--agent", "--no-dialog" } + arguments);
+    }
+    ~Agent() { stop(); }
+    // Its standard output: a line per job it released.
+    QString stop()
+    {
+        if (stopped)
+            return {};
+        stopped = true;
+        process.terminate();
+        EXPECT_TRUE(process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit
+                    && process.exitCode() == 0);
+        EXPECT_EQ(process.readAllStandardError(), QByteArray());
+        return QString::fromUtf8(process.readAllStandardOutput());
+    }
+    QProcess process;
+    bool stopped = false;
+};
 
 inline QString sampleText()
 {
