@@ -175,7 +175,6 @@ TEST_F(CodeFieldTest, EditsAreLimitedByLengthOnly)
           QString(20, 'p') + QString(20, 'x'), 20, 0 },
         { "31 plus a commit", a31, 31, 0, Edit::Commit, "日本語", a31 + "日", 0, 32 },
         { "40 deleted and undone", forty, 0, 40, Edit::DeleteAndUndo, "", forty.left(32), 0, 32 },
-        { "40 pasted over themselves", forty, 0, 40, Edit::Paste, forty, forty.left(32), 0, 32 },
         { "one of 32 typed over with itself", a32, 0, 1, Edit::Type, "a", a32, 0, 1 },
     };
     showActive();
