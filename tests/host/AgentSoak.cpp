@@ -26,7 +26,7 @@ struct User
     QString name;
     QString code;
     QTemporaryDir config;
-    std::unique_ptr<QProcess> agent;
+    std::unique_ptr<Agent> agent;
     QList<int> jobs;
 };
 
@@ -43,11 +43,8 @@ TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("CUPS_USER", user.name);
         environment.insert("XDG_CONFIG_HOME", user.config.path());
-        user.agent = std::make_unique<QProcess>();
-        user.agent->setProcessEnvironment(environment);
-        user.agent->setStandardInputFile(QProcess::nullDevice());
-        user.agent->start(QStringLiteral(PDEPRINT_EXECUTABLE),
-                          { "--agent", "--no-dialog", "--click", "mainCodeCB", "--type", "mainCodeText=" + user.code });
+        user.agent = std::make_unique<Agent>(QStringList { "--click", "mainCodeCB", "--type", "mainCodeText=" + user.code },
+                                             environment);
     }
 
     // Every job at once, each lp its own process.
@@ -79,11 +76,7 @@ TEST(AgentSoak, EveryJobIsReleasedOnceByItsOwnersAgentWithItsOwnersCode)
 
     QMap<int, int> releases; // job id -> times some agent released it
     for (User &user : users) {
-        user.agent->terminate();
-        ASSERT_TRUE(user.agent->waitForFinished(20000));
-        const QString out = QString::fromUtf8(user.agent->readAllStandardOutput());
-        EXPECT_EQ(user.agent->readAllStandardError(), QByteArray()) << qPrintable(user.name);
-        for (const QString &line : out.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        for (const QString &line : user.agent->stop().split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             const int jobId = line.section(QLatin1Char(' '), 2, 2).toInt();
             ++releases[jobId];
             EXPECT_TRUE(user.jobs.contains(jobId)) << qPrintable(user.name) << " released another's job: " << qPrintable(line);

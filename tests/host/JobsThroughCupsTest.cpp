@@ -39,24 +39,6 @@ int jobCount()
     return count;
 }
 
-// A headless agent, stopped by SIGTERM at the end of the test; it must leave cleanly.
-struct Agent
-{
-    explicit Agent(const QStringList &arguments)
-    {
-        process.setStandardInputFile(QProcess::nullDevice());
-        process.start(QStringLiteral(PDEPRINT_EXECUTABLE), QStringList { "--agent", "--no-dialog" } + arguments);
-    }
-    ~Agent()
-    {
-        process.terminate();
-        EXPECT_TRUE(process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit
-                    && process.exitCode() == 0)
-            << process.readAllStandardError().constData();
-    }
-    QProcess process;
-};
-
 } // namespace
 
 // lp's order: the instance's saved options, then the command line's on top.

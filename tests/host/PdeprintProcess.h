@@ -4,7 +4,9 @@
 #include <QString>
 #include <QStringList>
 
-#include <ostream>
+#include "tests/support/TestSupport.h"
+
+#include <gtest/gtest.h>
 
 namespace hosttest {
 
@@ -30,15 +32,37 @@ inline RunResult runPdeprint(const QStringList &arguments)
              QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError()) };
 }
 
+// A headless agent; stop(), or the end of its scope, sends it SIGTERM, and it
+// must leave cleanly and silently on standard error.
+struct Agent
+{
+    explicit Agent(const QStringList &arguments,
+                   const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
+    {
+        process.setProcessEnvironment(environment);
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.start(QStringLiteral(PDEPRINT_EXECUTABLE), QStringList { "--agent", "--no-dialog" } + arguments);
+    }
+    ~Agent() { stop(); }
+    // Its standard output: a line per job it released.
+    QString stop()
+    {
+        if (stopped)
+            return {};
+        stopped = true;
+        process.terminate();
+        EXPECT_TRUE(process.waitForFinished(20000) && process.exitStatus() == QProcess::NormalExit
+                    && process.exitCode() == 0);
+        EXPECT_EQ(process.readAllStandardError(), QByteArray());
+        return QString::fromUtf8(process.readAllStandardOutput());
+    }
+    QProcess process;
+    bool stopped = false;
+};
+
 inline QString sampleText()
 {
     return QStringLiteral(PDE_SOURCE_DIR "/examples/sample.txt");
 }
 
 } // namespace hosttest
-
-// Readable strings in test failure messages.
-inline void PrintTo(const QString &text, std::ostream *os)
-{
-    *os << '"' << text.toStdString() << '"';
-}

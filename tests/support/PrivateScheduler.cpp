@@ -48,13 +48,6 @@ QByteArray readFile(const QString &path)
 
 } // namespace
 
-PrivateScheduler::PrivateScheduler() = default;
-
-PrivateScheduler::~PrivateScheduler()
-{
-    stop();
-}
-
 QString PrivateScheduler::start(const SchedulerOptions &options)
 {
     m_port = freeLoopbackPort();
@@ -78,21 +71,19 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     const group *userGroup = ::getgrgid(::getegid());
     const QString userName = QString::fromLocal8Bit(asRoot ? "lp" : user ? user->pw_name : "nobody");
     const QString groupName = QString::fromLocal8Bit(asRoot ? "lp" : userGroup ? userGroup->gr_name : "nogroup");
-    QString conf = QStringLiteral("LogLevel info\nListen 127.0.0.1:%1\nListen %2/cups.sock\nServerName 127.0.0.1\n"
-                                  "Browsing No\nWebInterface No\nDefaultAuthType None\nJobRetryLimit 0\n"
-                                  "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n<Policy default>\n")
-                       .arg(m_port).arg(m_root.path());
-    for (const QString &line : options.policyLines)
-        conf += QStringLiteral("  ") + line + QLatin1Char('\n');
-    conf += QStringLiteral("  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n");
-    for (const QString &line : options.extraLines)
-        conf += line + QLatin1Char('\n');
+    // One template a file; cupsd takes an empty line for nothing.
+    const QString conf = QStringLiteral("LogLevel info\nListen 127.0.0.1:%1\nListen %2/cups.sock\nServerName 127.0.0.1\n"
+                                        "Browsing No\nWebInterface No\nDefaultAuthType None\nJobRetryLimit 0\n"
+                                        "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n<Policy default>\n%3\n"
+                                        "  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n%4\n")
+                             .arg(m_port)
+                             .arg(m_root.path(), options.policyLines.join('\n'), options.extraLines.join('\n'));
     const QString files = QStringLiteral("ServerRoot %1/etc\nServerBin %1/bin\nRequestRoot %1/spool\nTempDir %1/spool/tmp\n"
                                          "CacheDir %1/cache\nStateDir %1/state\nErrorLog %1/log/error_log\n"
                                          "AccessLog %1/log/access_log\nPageLog %1/log/page_log\nFileDevice Yes\n"
-                                         "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n")
-                              .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName)
-        + options.filesLines.join(QLatin1Char('\n')) + QLatin1Char('\n');
+                                         "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n%5\n")
+                              .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName,
+                                   options.filesLines.join('\n'));
     if (!writeFile(m_root.filePath("etc/cupsd.conf"), conf) || !writeFile(m_root.filePath("etc/cups-files.conf"), files))
         return QStringLiteral("cannot write the scheduler's configuration");
 
@@ -134,12 +125,6 @@ QString PrivateScheduler::launch()
     if (!up || m_cupsd->state() != QProcess::Running)
         return QStringLiteral("cupsd did not come up on %1:\n%2").arg(m_server, log());
     return {};
-}
-
-QString PrivateScheduler::restart()
-{
-    stop();
-    return launch();
 }
 
 void PrivateScheduler::stop()

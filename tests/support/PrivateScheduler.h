@@ -39,15 +39,19 @@ struct SchedulerOptions
 class PrivateScheduler
 {
 public:
-    PrivateScheduler();
-    ~PrivateScheduler();
+    PrivateScheduler() = default;
+    ~PrivateScheduler() { stop(); }
     PrivateScheduler(const PrivateScheduler &) = delete;
     PrivateScheduler &operator=(const PrivateScheduler &) = delete;
 
     // Empty on success, else what went wrong with the scheduler's log.
     QString start(const SchedulerOptions &options);
     // Stops and starts the same scheduler: queues, jobs and subscriptions stay.
-    QString restart();
+    QString restart()
+    {
+        stop();
+        return launch();
+    }
     void stop();
 
     QString server() const { return m_server; }

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <ostream>
 
 #include "platform/ConstraintHandling.h"
 #include "platform/PluginCallback.h"
@@ -72,3 +73,9 @@ public:
 };
 
 } // namespace pdetest
+
+// Readable strings in test failure messages.
+inline void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}

@@ -9,15 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <ostream>
 
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 #include "tests/support/TestSupport.h"
-
-inline void PrintTo(const QString &text, std::ostream *out)
-{
-    *out << '"' << text.toStdString() << '"';
-}
 
 namespace uitest {
 
