@@ -82,21 +82,28 @@ ipp_t *JobEventWatcher::send(ipp_t *request)
     return cupsDoRequest(m_http, request, "/");
 }
 
-bool JobEventWatcher::subscribe(QString *error)
+// A subscription to the jobs' events on every queue, delivered the way the
+// one attribute given says; its id, 0 when the server refuses it.
+int JobEventWatcher::createSubscription(ipp_tag_t tag, const char *name, const char *value)
 {
     ipp_t *request = newRequest(IPP_OP_CREATE_PRINTER_SUBSCRIPTIONS);
-    ippAddString(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_KEYWORD, "notify-pull-method", nullptr, "ippget");
+    ippAddString(request, IPP_TAG_SUBSCRIPTION, tag, name, nullptr, value);
     static const char *const events[] = { "job-created", "job-state-changed" };
     ippAddStrings(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_KEYWORD, "notify-events", 2, nullptr, events);
     ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
     const IppPtr response(send(request));
     ipp_attribute_t *id = response ? ippFindAttribute(response.get(), "notify-subscription-id", IPP_TAG_INTEGER) : nullptr;
-    if (failed(response) || !id) {
+    return failed(response) || !id ? 0 : ippGetInteger(id, 0);
+}
+
+bool JobEventWatcher::subscribe(QString *error)
+{
+    m_subscription = createSubscription(IPP_TAG_KEYWORD, "notify-pull-method", "ippget");
+    if (m_subscription <= 0) {
         *error = QStringLiteral("the CUPS server refused a subscription to job events: %1")
                      .arg(QString::fromUtf8(cupsLastErrorString()));
         return false;
     }
-    m_subscription = ippGetInteger(id, 0);
     m_nextSequence = 1;
     m_renewAt = time(nullptr) + m_lease / 2;
     if (m_wantBusNotifier)
@@ -108,14 +115,7 @@ bool JobEventWatcher::subscribe(QString *error)
 void JobEventWatcher::subscribeBusNotifier()
 {
     cancel(m_busSubscription); // the old one, if the scheduler still has it
-    ipp_t *request = newRequest(IPP_OP_CREATE_PRINTER_SUBSCRIPTIONS);
-    ippAddString(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_URI, "notify-recipient-uri", nullptr, "dbus://");
-    static const char *const events[] = { "job-created", "job-state-changed" };
-    ippAddStrings(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_KEYWORD, "notify-events", 2, nullptr, events);
-    ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
-    const IppPtr response(send(request));
-    ipp_attribute_t *id = response ? ippFindAttribute(response.get(), "notify-subscription-id", IPP_TAG_INTEGER) : nullptr;
-    m_busSubscription = failed(response) || !id ? 0 : ippGetInteger(id, 0);
+    m_busSubscription = createSubscription(IPP_TAG_URI, "notify-recipient-uri", "dbus://");
 }
 
 bool JobEventWatcher::renew(int subscription)

@@ -55,6 +55,7 @@ private:
     void disconnect();
     ipp_t *send(ipp_t *request);
     bool subscribe(QString *error);
+    int createSubscription(ipp_tag_t tag, const char *name, const char *value);
     bool renew(int subscription);
     void subscribeBusNotifier();
     void cancel(int subscription);
