@@ -92,7 +92,7 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     cupsSetServer(m_server.toUtf8().constData());
     if (QString error = launch(); !error.isEmpty())
         return error;
-    for (const QueueSpec &queue : options.queues) {
+    for (const QueueSetup &queue : options.queues) {
         QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records") };
         if (queue.ppd != "-")
             lpadmin << "-P" << (queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd);

@@ -14,7 +14,7 @@
 
 namespace pdetest {
 
-struct QueueSpec
+struct QueueSetup
 {
     QString name;
     bool holdsJobs = false; // job-hold-until-default=indefinite
@@ -23,7 +23,7 @@ struct QueueSpec
 
 struct SchedulerOptions
 {
-    std::vector<QueueSpec> queues;
+    std::vector<QueueSetup> queues;
     // Lines added to cupsd.conf inside <Policy default>, before its <Limit All>.
     QStringList policyLines = {};
     // Lines added to cupsd.conf after everything else.
