@@ -88,6 +88,21 @@ std::optional<HeldJob> releasableJob(CupsConnection &cups, ServedQueues &queues,
     return std::nullopt;
 }
 
+// Runs the agent with the handler until a termination signal.
+template <typename Handler>
+int watchHeldJobs(CupsConnection &cups, ServedQueues &queues, Handler &handler, QTextStream &err)
+{
+    HeldJobAgent agent(cups, queues, handler, err);
+    handler.setAgent(&agent);
+    QString error;
+    if (!agent.start(&error)) {
+        err << "pdeprint: " << error << Qt::endl;
+        return kExitFailure;
+    }
+    QApplication::exec();
+    return kExitOk;
+}
+
 } // namespace
 
 bool isAgentCommand(const Options &options)
@@ -152,19 +167,9 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
         QApplication::setQuitOnLastWindowClosed(false); // the agent outlives its windows
         DesktopNotifier notifier;
         JobWindows windows(plugins, *cups, notifier, options.releaseKept, out, err);
-        HeldJobAgent agent(*cups, queues, windows, err);
-        windows.setAgent(&agent);
-        if (!agent.start(&error))
-            return fail(error);
-        QApplication::exec();
-        return kExitOk;
+        return watchHeldJobs(*cups, queues, windows, err);
     }
-    HeldJobAgent agent(*cups, queues, handler, err);
-    handler.setAgent(&agent);
-    if (!agent.start(&error))
-        return fail(error);
-    QApplication::exec();
-    return kExitOk;
+    return watchHeldJobs(*cups, queues, handler, err);
 }
 
 } // namespace pdeprint

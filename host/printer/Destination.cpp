@@ -12,6 +12,21 @@ pde::Printer printerFromName(const QString &name)
     return { name.left(slash), name.mid(slash + 1) };
 }
 
+bool chooseQueue(CupsConnection &cups, const QString &name, pde::Printer *printer, QString *error)
+{
+    if (!name.isEmpty()) {
+        *printer = printerFromName(name);
+        return cups.hasQueue(*printer, error);
+    }
+    std::optional<pde::Printer> queue = cups.defaultQueue();
+    if (!queue) {
+        *error = QStringLiteral("no printer given and the CUPS server has no default printer (use --printer)");
+        return false;
+    }
+    *printer = *queue;
+    return true;
+}
+
 bool findDestination(const Options &options, Destination *destination, QString *error)
 {
     // A dry run with a PPD of its own needs no server at all.
@@ -32,18 +47,8 @@ bool findDestination(const Options &options, Destination *destination, QString *
     destination->cups = CupsConnection::open(error);
     if (!destination->cups)
         return false;
-    if (options.printer.isEmpty()) {
-        std::optional<pde::Printer> queue = destination->cups->defaultQueue();
-        if (!queue) {
-            *error = QStringLiteral("no printer given and the CUPS server has no default printer (use --printer)");
-            return false;
-        }
-        destination->printer = *queue;
-    } else {
-        destination->printer = printerFromName(options.printer);
-        if (!destination->cups->hasQueue(destination->printer, error))
-            return false;
-    }
+    if (!chooseQueue(*destination->cups, options.printer, &destination->printer, error))
+        return false;
     if (!destination->ppd)
         destination->ppd.reset(destination->cups->openQueuePpd(destination->printer, error));
     // A driverless queue has no PPD; its panels then work without one.

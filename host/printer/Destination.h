@@ -21,6 +21,10 @@ using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
 // "queue" or "queue/instance".
 pde::Printer printerFromName(const QString &name);
 
+// The queue named "queue" or "queue/instance", or the server's default when
+// the name is empty; false with a one-line reason when there is none.
+bool chooseQueue(CupsConnection &cups, const QString &name, pde::Printer *printer, QString *error);
+
 // Everything a run needs before the panels are made.
 struct Destination
 {

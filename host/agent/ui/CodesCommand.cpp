@@ -4,6 +4,7 @@
 #include "host/PrintCommand.h"
 #include "host/agent/JobPanelSession.h"
 #include "host/agent/ui/CodesWindow.h"
+#include "host/printer/Destination.h"
 
 #include <QApplication>
 
@@ -17,15 +18,9 @@ int runCodesCommand(const std::vector<LoadedPlugin> &plugins, CupsConnection &cu
         return kExitFailure;
     };
     QString error;
-    pde::Printer printer { queue, {} };
-    if (queue.isEmpty()) {
-        const std::optional<pde::Printer> fallback = cups.defaultQueue();
-        if (!fallback)
-            return fail(QStringLiteral("no printer given and the CUPS server has no default printer (use --printer)"));
-        printer = *fallback;
-    } else if (!cups.hasQueue(printer, &error)) {
+    pde::Printer printer;
+    if (!chooseQueue(cups, queue, &printer, &error))
         return fail(error);
-    }
     HeldJob noJob; // id 0: the panels see the queue's defaults and its record
     noJob.queue = printer.name;
     std::unique_ptr<JobPanelSession> session = JobPanelSession::open(plugins, cups, noJob, &error);
