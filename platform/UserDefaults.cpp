@@ -106,13 +106,7 @@ bool UserDefaults::synchronize()
 {
     bool ok = true;
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
-        // A file that does not read as a domain may be the user's to repair.
         const QString current = currentFile(it.key());
-        if (!current.isEmpty() && !readFile(current)) {
-            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
-            ok = false;
-            continue;
-        }
         const std::optional<QByteArray> bytes = domainfiles::encodeJson(it.value());
         if (!bytes) {
             qWarning("preferences: domain %s holds a value that cannot be stored; not written", qPrintable(it.key()));
@@ -124,6 +118,12 @@ bool UserDefaults::synchronize()
         // is never equal, so the next write converts it.
         if (current == fileNameForDomain(it.key()) && fileBytes(current) == *bytes)
             continue;
+        // A file that does not read as a domain may be the user's to repair.
+        if (!current.isEmpty() && !readFile(current)) {
+            qWarning("preferences: %s cannot be read as a domain; left as it is", qPrintable(current));
+            ok = false;
+            continue;
+        }
         ok = domainfiles::replaceFile(fileNameForDomain(it.key()), *bytes) && ok;
     }
     m_pending.clear();
