@@ -8,6 +8,9 @@
 #include "tests/support/PrivateScheduler.h"
 
 #include <QRegularExpression>
+#include <QSet>
+
+#include <signal.h>
 
 #include <cups/cups.h>
 #include <gtest/gtest.h>
@@ -25,8 +28,9 @@ constexpr char kPlain[] = "plain";       // prints at once
 const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
                            "--click", "subCodeCB",  "--type", "subCodeText=9" };
 
+// A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
-    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} } } });
+    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} } }, .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
 using HeldJobs = pdetest::SchedulerTest;
@@ -140,6 +144,24 @@ TEST_F(HeldJobs, TheAgentSurvivesACancelledJobAndASchedulerRestart)
 
     ASSERT_EQ(scheduler().restart(), QString());
     EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
+}
+
+// The scheduler drops the oldest events of a full store: jobs that arrive while
+// the agent cannot poll leave a gap in the events, and it must list them again.
+TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
+{
+    Agent agent(kSteps);
+    ASSERT_FALSE(scheduler().received(lp(kHeld)).isEmpty()) << "the agent is up and polling";
+    ASSERT_EQ(::kill(pid_t(agent.process.processId()), SIGSTOP), 0);
+    QList<int> jobs;
+    for (int i = 0; i < 5; ++i)
+        jobs << lp(kHeld);
+    ASSERT_EQ(::kill(pid_t(agent.process.processId()), SIGCONT), 0);
+    for (int job : jobs)
+        EXPECT_TRUE(scheduler().received(job).contains(kPrefix + "bc.mainCode")) << job;
+    const QStringList released = agent.stop().split('\n', Qt::SkipEmptyParts);
+    EXPECT_EQ(released.size(), 6) << qPrintable(released.join('\n'));
+    EXPECT_EQ(released.size(), QSet<QString>(released.begin(), released.end()).size());
 }
 
 // pdeprint's own job carries its ticket past the holding queue, and the codes
