@@ -7,6 +7,7 @@
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
+#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -28,9 +29,21 @@ constexpr char kPlain[] = "plain";       // prints at once
 const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
                            "--click", "subCodeCB",  "--type", "subCodeText=9" };
 
+constexpr char kPrivate[] = "private";   // holds jobs; under the shipped privacy lines
+const QStringList kCodeKeys { "bc.mainCode", "bc.mainCode2", "bc.subCode", "bc.subCode2" };
+
+// The lines an administrator copies from the shipped file.
+QStringList shippedPolicyLines()
+{
+    QFile file(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
+    file.open(QIODevice::ReadOnly);
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
+}
+
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
-    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} } }, .extraLines = { "MaxEvents 3" } });
+    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true } },
+      .policyLines = shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
 using HeldJobs = pdetest::SchedulerTest;
@@ -41,6 +54,15 @@ int jobCount()
     const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, nullptr, 0, CUPS_WHICHJOBS_ALL);
     cupsFreeJobs(count, jobs);
     return count;
+}
+
+// The code-bearing keys of the job that `user` is shown.
+QStringList codeKeysSeenBy(int jobId, const char *user)
+{
+    const QMap<QString, QString> attributes = pdetest::jobAttributes(jobId, user);
+    QStringList seen = kCodeKeys;
+    seen.removeIf([&](const QString &key) { return !attributes.contains(kPrefix + key); });
+    return seen;
 }
 
 } // namespace
@@ -162,6 +184,25 @@ TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
     const QStringList released = agent.stop().split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(released.size(), 6) << qPrintable(released.join('\n'));
     EXPECT_EQ(released.size(), QSet<QString>(released.begin(), released.end()).size());
+}
+
+// Who can read a job's billing codes: under the shipped policy lines its owner
+// only; under the scheduler's defaults anyone, so that a change of those
+// defaults is noticed. The owner's own release still works under the lines.
+TEST_F(HeldJobs, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
+{
+    ASSERT_EQ(shippedPolicyLines().size(), 2);
+    for (const char *queue : { kPrivate, kHeld }) {
+        const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", queue } + kSteps + QStringList { sampleText() });
+        const int job = pdetest::jobIdIn(printed.out);
+        ASSERT_GT(job, 0) << qPrintable(printed.err);
+        EXPECT_EQ(codeKeysSeenBy(job, cupsUser()), kCodeKeys) << queue;
+        EXPECT_EQ(codeKeysSeenBy(job, "mallory"), queue == kPrivate ? QStringList() : kCodeKeys) << queue;
+    }
+    const int held = lp(kPrivate);
+    EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(held) } + kSteps).exitCode, 0);
+    EXPECT_EQ(scheduler().received(held).value(kPrefix + "bc.mainCode"), "37374142");
+    EXPECT_EQ(codeKeysSeenBy(held, "mallory"), QStringList());
 }
 
 // pdeprint's own job carries its ticket past the holding queue, and the codes

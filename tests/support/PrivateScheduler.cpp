@@ -74,7 +74,8 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     // One template a file; cupsd takes an empty line for nothing.
     const QString conf = QStringLiteral("LogLevel info\nListen 127.0.0.1:%1\nListen %2/cups.sock\nServerName 127.0.0.1\n"
                                         "Browsing No\nWebInterface No\nDefaultAuthType None\nJobRetryLimit 0\n"
-                                        "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n<Policy default>\n%3\n"
+                                        "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n<Policy default>\n"
+                                        "  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n<Policy private>\n%3\n"
                                         "  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n%4\n")
                              .arg(m_port)
                              .arg(m_root.path(), options.policyLines.join('\n'), options.extraLines.join('\n'));
@@ -98,6 +99,8 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
             lpadmin << "-P" << (queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd);
         if (queue.holdsJobs)
             lpadmin << "-o" << "job-hold-until-default=indefinite";
+        if (queue.privatePolicy)
+            lpadmin << "-o" << "printer-op-policy=private";
         if (QProcess::execute(QStringLiteral("/usr/sbin/lpadmin"), lpadmin) != 0) // its errors go to the test's
             return "lpadmin failed:\n" + log();
     }

@@ -19,12 +19,13 @@ struct QueueSetup
     QString name;
     bool holdsJobs = false; // job-hold-until-default=indefinite
     QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves
+    bool privatePolicy = false; // under the policy "private" (SchedulerOptions::policyLines)
 };
 
 struct SchedulerOptions
 {
     std::vector<QueueSetup> queues;
-    // Lines added to cupsd.conf inside <Policy default>, before its <Limit All>.
+    // Lines of a second policy, "private", before its <Limit All>.
     QStringList policyLines = {};
     // Lines added to cupsd.conf after everything else.
     QStringList extraLines = {};
