@@ -26,10 +26,9 @@ namespace {
 constexpr char kHeld[] = "held";         // holds jobs; its PPD has the panel's options
 constexpr char kUnserved[] = "unserved"; // holds jobs; no PPD, so no panel
 constexpr char kPlain[] = "plain";       // prints at once
+constexpr char kPrivate[] = "private";   // holds jobs; under the shipped privacy lines
 const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
                            "--click", "subCodeCB",  "--type", "subCodeText=9" };
-
-constexpr char kPrivate[] = "private";   // holds jobs; under the shipped privacy lines
 const QStringList kCodeKeys { "bc.mainCode", "bc.mainCode2", "bc.subCode", "bc.subCode2" };
 
 // The lines an administrator copies from the shipped file.
