@@ -26,8 +26,7 @@ std::optional<QString> wholeRecord()
     const QVariantMap record = domain.value_or(QVariantMap()).value("Billing Code").toMap();
     const QString main = record.value("Main Code").toString();
     if (domain && domain->value("Other") == "kept" && record.value("Sub Code") == main + "-sub"
-        && record.value("hold button").toInt() == main.section(QLatin1Char('-'), -1).toInt() % 2
-        && record.value("Model Name") == "Nurat QR7150K")
+        && record.value("hold button").toInt() == main.section(QLatin1Char('-'), -1).toInt() % 2)
         return main;
     return std::nullopt;
 }

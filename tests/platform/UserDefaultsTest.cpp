@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -94,8 +93,7 @@ TEST_F(UserDefaultsTest, EveryKindOfValueComesBackWithItsTypeFromAPrivateFile)
     const QVariantMap domain { { "Billing Code", record }, { "Empty", QVariantMap() },
                                { "List", QVariantList { 1, "two", QVariantMap(), QVariantList() } } };
 
-    EXPECT_FALSE(readDomain(QStringLiteral("")));
-    // Nor does a replacement that is never synchronised create anything.
+    // A replacement that is never synchronised creates nothing.
     UserDefaults::standardUserDefaults()->setPersistentDomain(domain, kDomain);
     EXPECT_FALSE(readDomain(kDomain));
     EXPECT_FALSE(QFileInfo::exists(UserDefaults::preferencesDirectory()));
@@ -163,23 +161,13 @@ TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
         EXPECT_FALSE(writeFresh(kDomain, { { "value", value } }));
         EXPECT_FALSE(QFileInfo::exists(path));
     }
-    // Nor does a folder in the place of the file count as a domain.
-    ASSERT_TRUE(QDir().mkpath(path));
-    EXPECT_FALSE(readDomain(kDomain));
-    EXPECT_FALSE(writeFresh(kDomain, { { "code", "1" } }));
-    EXPECT_TRUE(QFileInfo(path).isDir());
 }
 
 TEST_F(UserDefaultsTest, FirstReleaseRecordIsReadAsTextAfreshAndTheNextWriteKeepsItAsJson)
 {
     // As the first release wrote it.
-    QDir().mkpath(UserDefaults::preferencesDirectory());
-    {
-        QSettings ini(legacyPath, QSettings::IniFormat);
-        ini.setValue("Other", "AAAA");
-        ini.setValue("Billing Code/Main Code", " 12; 34 ");
-        ini.setValue("Billing Code/Main Code CheckBox", true);
-    }
+    put(legacyPath, "[General]\nOther=AAAA\n\n[Billing%20Code]\n"
+                    "Main%20Code=\" 12; 34 \"\nMain%20Code%20CheckBox=true\n");
     const QVariantMap asText { { "Other", "AAAA" },
                                { "Billing Code", QVariantMap { { "Main Code", " 12; 34 " }, { "Main Code CheckBox", "true" } } } };
     EXPECT_EQ(typed(readDomain(kDomain)), typed(asText));
