@@ -16,6 +16,8 @@ namespace {
 
 using pde::UserDefaults;
 using pdetest::readDomain;
+using pdetest::readFile;
+using pdetest::writeFile;
 
 const QString kDomain = QStringLiteral("jp.co.nurat.mfp.office");
 
@@ -35,20 +37,6 @@ QString typed(const std::optional<QVariantMap> &value)
     QString text;
     QDebug(&text) << value.value_or(QVariantMap { { "absent", true } });
     return text;
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
-}
-
-void put(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
 }
 
 // Another process's change of the same size and time stamp: only the content tells.
@@ -101,7 +89,7 @@ TEST_F(UserDefaultsTest, EveryKindOfValueComesBackWithItsTypeFromAPrivateFile)
     // A replacement, not a merge: what the caller dropped is gone.
     ASSERT_TRUE(writeFresh(kDomain, { { "Dropped", 1 } }));
     // What an interrupted write left behind goes with the next write.
-    put(path + QStringLiteral(".AbC123.tmp"), "{\"Dropped\": 1");
+    ASSERT_TRUE(writeFile(path + QStringLiteral(".AbC123.tmp"), "{\"Dropped\": 1"));
     ASSERT_TRUE(writeFresh(kDomain, domain));
     EXPECT_EQ(typed(readDomain(kDomain)), typed(domain));
     rewriteInPlace(path, "@Invalid()", "@Invalid[]");
@@ -147,11 +135,11 @@ TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
         QFile::remove(path);
         QFile::remove(legacyPath);
         const QString file = c.legacy ? legacyPath : path;
-        put(file, c.bytes);
+        ASSERT_TRUE(writeFile(file, c.bytes));
         EXPECT_FALSE(readDomain(kDomain));
         // A replacement does not destroy what the user may still repair.
         EXPECT_FALSE(writeFresh(kDomain, { { "code", "1" } }));
-        EXPECT_EQ(contents(file), c.bytes);
+        EXPECT_EQ(readFile(file), c.bytes);
         EXPECT_EQ(QFileInfo::exists(path), !c.legacy);
     }
 
@@ -166,19 +154,19 @@ TEST_F(UserDefaultsTest, DamagedFileReadsAsAbsentAndIsKept)
 TEST_F(UserDefaultsTest, FirstReleaseRecordIsReadAsTextAfreshAndTheNextWriteKeepsItAsJson)
 {
     // As the first release wrote it.
-    put(legacyPath, "[General]\nOther=AAAA\n\n[Billing%20Code]\n"
-                    "Main%20Code=\" 12; 34 \"\nMain%20Code%20CheckBox=true\n");
+    ASSERT_TRUE(writeFile(legacyPath, "[General]\nOther=AAAA\n\n[Billing%20Code]\n"
+                                      "Main%20Code=\" 12; 34 \"\nMain%20Code%20CheckBox=true\n"));
     const QVariantMap asText { { "Other", "AAAA" },
                                { "Billing Code", QVariantMap { { "Main Code", " 12; 34 " }, { "Main Code CheckBox", "true" } } } };
     EXPECT_EQ(typed(readDomain(kDomain)), typed(asText));
     rewriteInPlace(legacyPath, "AAAA", "BBBB");
     EXPECT_EQ(readDomain(kDomain).value_or(QVariantMap()).value("Other"), "BBBB");
 
-    const QByteArray iniBytes = contents(legacyPath);
+    const QByteArray iniBytes = readFile(legacyPath);
     const QVariantMap changed { { "Other", 7 } };
     ASSERT_TRUE(writeFresh(kDomain, changed));
     EXPECT_EQ(typed(readDomain(kDomain)), typed(changed));
-    EXPECT_EQ(contents(legacyPath), iniBytes);
+    EXPECT_EQ(readFile(legacyPath), iniBytes);
 }
 
 } // namespace

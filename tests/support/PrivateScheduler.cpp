@@ -34,18 +34,6 @@ int freeLoopbackPort()
     return bound ? ntohs(address.sin_port) : 0;
 }
 
-bool writeFile(const QString &path, const QString &text)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0;
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 QString PrivateScheduler::start(const SchedulerOptions &options)
@@ -85,7 +73,7 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
                                          "User %2\nGroup %3\nSystemGroup %4\nSandboxing Relaxed\n%5\n")
                               .arg(m_root.path(), userName, groupName, asRoot ? QStringLiteral("root") : groupName,
                                    options.filesLines.join('\n'));
-    if (!writeFile(m_root.filePath("etc/cupsd.conf"), conf) || !writeFile(m_root.filePath("etc/cups-files.conf"), files))
+    if (!writeFile(m_root.filePath("etc/cupsd.conf"), conf.toUtf8()) || !writeFile(m_root.filePath("etc/cups-files.conf"), files.toUtf8()))
         return QStringLiteral("cannot write the scheduler's configuration");
 
     m_server = QStringLiteral("127.0.0.1:%1").arg(m_port);

@@ -2,7 +2,9 @@
 
 #include "platform/UserDefaults.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace pdetest {
 
@@ -24,6 +26,19 @@ QString pluginBuildDirectory()
 QString samplePpdPath()
 {
     return examplePath(QStringLiteral("nurat-qr7150k.ppd"));
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+        && file.write(bytes) == bytes.size();
 }
 
 void PpdCloser::operator()(ppd_file_t *ppd) const

@@ -22,6 +22,10 @@ QString examplePath(const QString &name);
 QString samplePpdPath();
 // Where the build puts plug-in modules.
 QString pluginBuildDirectory();
+// A file's bytes, empty when it cannot be read; the bytes written whole, in a
+// folder made as needed (false when that fails).
+QByteArray readFile(const QString &path);
+bool writeFile(const QString &path, const QByteArray &bytes);
 
 // An opened PPD, closed when it goes.
 struct PpdCloser { void operator()(ppd_file_t *ppd) const; };
