@@ -18,8 +18,8 @@
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
+#include <QAbstractButton>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
