@@ -1,8 +1,8 @@
 #pragma once
 
-// What every fuzz target shares: one offscreen application with preferences
-// of its own, the sample PPD, the tests' host callback with constraint
-// handling on the fuzzing printer's queue, and any text.
+// What every fuzz target but the decoders' shares: one offscreen application
+// with preferences of its own, the tests' host callback with constraint
+// handling on the sample printer's queue, and any text.
 
 #include "tests/support/TestSupport.h"
 
@@ -11,34 +11,25 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-namespace pdefuzz {
-
-inline constexpr char kFuzzPrinter[] = "fuzz";
-
-// Each fuzzing process its own preferences, so that a file one target leaves
-// behind never becomes another target's input.
-inline void ensureApplication()
+// libFuzzer's set-up hook: each target is one file, so the header may define
+// it. Each fuzzing process gets preferences of its own, so that a file one
+// target leaves behind never becomes another target's input.
+extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
     static QTemporaryDir config;
-    static int argc = 1;
-    static char name[] = "pdefuzz";
-    static char *argv[] = { name, nullptr };
-    if (QCoreApplication::instance())
-        return;
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(config.path()));
-    new QApplication(argc, argv); // lives until the fuzzer exits
+    new QApplication(*argc, *argv); // lives until the fuzzer exits
+    return 0;
 }
 
-inline ppd_file_t *samplePpd()
-{
-    static ppd_file_t *ppd = pdetest::openPpd(pdetest::samplePpdPath()).release();
-    return ppd;
-}
+namespace pdefuzz {
 
-inline std::shared_ptr<pdetest::ConstraintTestCallback> makeCallback(ppd_file_t *ppd)
+// On the sample PPD unless another is given.
+inline std::shared_ptr<pdetest::ConstraintTestCallback> makeCallback(ppd_file_t *ppd = nullptr)
 {
-    return std::make_shared<pdetest::ConstraintTestCallback>(ppd, QString::fromLatin1(kFuzzPrinter));
+    static ppd_file_t *const sample = pdetest::openPpd(pdetest::samplePpdPath()).release();
+    return std::make_shared<pdetest::ConstraintTestCallback>(ppd ? ppd : sample);
 }
 
 // Any bytes, read as UTF-8 or as Latin-1.

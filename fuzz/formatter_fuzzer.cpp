@@ -56,7 +56,6 @@ void editField(FuzzedDataProvider &in)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    pdefuzz::ensureApplication();
     FuzzedDataProvider in(data, size);
     if (in.ConsumeBool())
         checkEditRule(in);

@@ -11,7 +11,6 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    pdefuzz::ensureApplication();
     QTemporaryFile file;
     if (!file.open() || file.write(reinterpret_cast<const char *>(data), qint64(size)) < 0 || !file.flush())
         return 0;

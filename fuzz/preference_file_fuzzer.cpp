@@ -11,8 +11,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     using pde::UserDefaults;
-    pdefuzz::ensureApplication();
-    const QString domain = QStringLiteral("jp.co.nurat.mfp.") + QLatin1String(pdefuzz::kFuzzPrinter);
+    const QString domain = QString::fromLatin1(pdetest::kSampleDomain);
     QDir().mkpath(UserDefaults::preferencesDirectory());
     QFile::remove(UserDefaults::fileNameForDomain(domain));
     QFile::remove(UserDefaults::legacyFileNameForDomain(domain));
@@ -21,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         return 0;
     file.close();
 
-    JpCoNuratPrintPdeQr7150kBC panel(pdefuzz::makeCallback(pdefuzz::samplePpd()));
+    JpCoNuratPrintPdeQr7150kBC panel(pdefuzz::makeCallback());
     panel.panelView();
     panel.restoreValuesAndReturnError(nullptr);
     panel.SaveUserPreference();

@@ -3,17 +3,17 @@
 
 #include "fuzz/FuzzSupport.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
+#include "settings/TicketKeys.h"
 
 using pdefuzz::anyText;
 
-const char *const kTicketKeys[] = { "spoolTime", "bc.mainCodecb", "bc.mainCode", "bc.mainCode2",
-                                    "bc.subCodecb", "bc.subCode", "bc.subCode2", "bc.holdButton" };
+const char *const kTicketKeys[] = { kSpoolTimeKey, kMainCodeCBKey, kMainCodeTicketKey, kMainCodeCipherKey,
+                                    kSubCodeCBKey, kSubCodeTicketKey, kSubCodeCipherKey, kHoldButtonTicketKey };
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    pdefuzz::ensureApplication();
     FuzzedDataProvider in(data, size);
-    const auto callback = pdefuzz::makeCallback(pdefuzz::samplePpd());
+    const auto callback = pdefuzz::makeCallback();
     JpCoNuratPrintPdeQr7150kBC panel(callback);
 
     panel.prefHoldButtonFlag = in.ConsumeIntegral<quint32>();
@@ -27,14 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         panel.prefSubCodeStringRef = anyText(in, 600);
 
     while (in.remaining_bytes() > 0) {
-        const QString key = in.ConsumeBool()
-            ? QStringLiteral("jp.co.nurat.print.PrintSettings.") + QLatin1String(in.PickValueInArray(kTicketKeys))
-            : anyText(in, 600);
+        const QString key = in.ConsumeBool() ? QString::fromLatin1(in.PickValueInArray(kTicketKeys)) : anyText(in, 600);
         callback->settings.setValue(key, anyText(in, 600));
     }
 
-    if (panel.panelView() == nullptr)
-        return 0;
+    panel.panelView();
     panel.restoreValuesAndReturnError(nullptr);
     panel.saveValuesAndReturnError(nullptr);
     panel.shouldPrint();

@@ -14,7 +14,6 @@
 #include <QTextStream>
 #include <QTimer>
 
-#include <cups/cups.h>
 #include <gtest/gtest.h>
 
 using namespace hosttest;
@@ -36,30 +35,28 @@ void keepCode(const QString &queue, const QString &code)
 TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
 {
     ASSERT_TRUE(scheduler->error.isEmpty()) << qPrintable(scheduler->error);
-    // The dialog test beside this one points CUPS_SERVER nowhere.
-    const QByteArray server = scheduler->scheduler.server().toUtf8();
-    qputenv("CUPS_SERVER", server);
-    cupsSetServer(server.constData());
+    // The dialog test beside this one points CUPS_SERVER nowhere; libcups in
+    // this process keeps the server the scheduler set.
+    qputenv("CUPS_SERVER", scheduler->scheduler.server().toUtf8());
     keepCode("alpha", "1111");
     keepCode("beta", "2222");
 
     // What the user sees on each queue, read once the dialog is up; then the
-    // second queue is chosen, and after it the job is printed.
+    // second queue is chosen, and after it the job is printed. A file is never
+    // among the destinations.
     QStringList seen;
-    QString title;
-    int fields = 0;
-    bool offersFile = false;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, [&] {
         auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
         auto *field = dialog ? dialog->findChild<QLineEdit *>(QStringLiteral("mainCodeText")) : nullptr;
         if (!field || !field->isVisible())
             return;
-        title = dialog->windowTitle();
         seen << field->text();
-        fields = int(dialog->findChildren<QLineEdit *>(QStringLiteral("mainCodeText")).size());
+        EXPECT_EQ(dialog->windowTitle(), "Print sample.txt");
+        EXPECT_EQ(dialog->findChildren<QLineEdit *>(QStringLiteral("mainCodeText")).size(), 1)
+            << "the first queue's view stayed in the dialog";
         auto *printers = dialog->findChild<QComboBox *>(QStringLiteral("printers"));
-        offersFile = offersFile || (printers && printers->findText(QStringLiteral("PDF"), Qt::MatchContains) >= 0);
+        EXPECT_FALSE(printers && printers->findText(QStringLiteral("PDF"), Qt::MatchContains) >= 0);
         if (seen.size() == 1 && printers)
             printers->setCurrentIndex(printers->findText(QStringLiteral("beta")));
         else
@@ -75,11 +72,7 @@ TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
     QString out, err;
     QTextStream outStream(&out), errStream(&err);
     EXPECT_EQ(pdeprint::runPrintCommand(options, outStream, errStream), 0) << qPrintable(err);
-    errStream.flush();
 
     EXPECT_EQ(seen, QStringList({ "1111", "2222" }));
-    EXPECT_EQ(fields, 1) << "the first queue's view stayed in the dialog";
-    EXPECT_EQ(title, "Print sample.txt");
-    EXPECT_FALSE(offersFile);
     EXPECT_TRUE(out.split('\n').contains(kPrefix + "bc.mainCode=32323232")) << qPrintable(out);
 }
