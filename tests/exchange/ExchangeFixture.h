@@ -10,7 +10,7 @@
 
 namespace exchangetest {
 
-inline const QString kTicketPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+using pdetest::kTicketPrefix;
 
 // A panel with its view on the sample printer, whose queue has no
 // preferences domain yet, under a host with constraint handling.

@@ -77,7 +77,7 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(gone) }), 0);
 
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().isEmpty(); }, 20000)) << qPrintable(said);
-    EXPECT_EQ(scheduler.received(printed).value(hosttest::kPrefix + "bc.mainCode"), "37374142");
+    EXPECT_EQ(scheduler.received(printed).value(pdetest::kTicketPrefix + "bc.mainCode"), "37374142");
     for (int job : { cancelled, gone }) {
         EXPECT_EQ(pdetest::jobState(job), IPP_JSTATE_CANCELED) << job;
         EXPECT_TRUE(scheduler.recordedOptions(job).isEmpty()) << job;

@@ -4,7 +4,6 @@
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/TestSupport.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -23,18 +22,13 @@ QStringList dryRun(const QStringList &extra, const QString &file = sampleText())
     return kDryRun + extra + QStringList { file };
 }
 
-QString writeFile(const QTemporaryDir &dir, const char *name, const QByteArray &bytes)
-{
-    QFile file(dir.filePath(name));
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() ? file.fileName() : QString();
-}
-
 } // namespace
 
 TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 {
     qputenv("CUPS_SERVER", "127.0.0.1:1");
     QTemporaryDir dir;
+    ASSERT_TRUE(pdetest::writeFile(dir.filePath("nothing.txt"), {}));
     const std::pair<QStringList, const char *> cases[] = {
         { { "--colour", sampleText() }, "unknown option --colour" },
         { { "--printer" }, "--printer needs a value" },
@@ -65,7 +59,7 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
         { dryRun({}, QStringLiteral(PDEPRINT_EXECUTABLE)), "cannot be printed" },
         { dryRun({}, dir.filePath("missing.txt")), "no such file" },
         { dryRun({}, dir.path()), "not a regular file" },
-        { dryRun({}, writeFile(dir, "nothing.txt", "")), "empty file" },
+        { dryRun({}, dir.filePath("nothing.txt")), "empty file" },
         { { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
         { dryRun({ "--screenshot", "x.png" }), "needs the dialog" },
     };
@@ -85,16 +79,17 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
 {
     QTemporaryDir dir;
-    const QString pdf = writeFile(dir, "renamed.bin", "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n");
+    const QString pdf = dir.filePath("renamed.bin");
+    ASSERT_TRUE(pdetest::writeFile(pdf, "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n"));
     const RunResult result = runPdeprint(kDryRun + QStringList {
         "--summary", "-o", "media=A4", "--copies=2", "--pages", "1-3,5,7-", "--sides", "two-sided-long-edge", "-o",
-        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kPrefix + "bc.mainCode=FF", "--click",
+        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "--click",
         "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
     for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=1-3,5,7-", "sides=two-sided-long-edge",
-                                 kPrefix + "bc.mainCodecb=1", kPrefix + "bc.mainCode=31323D3334" })
+                                 kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334" })
         EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
     QStringList names;
     for (const QString &line : lines)

@@ -60,7 +60,7 @@ QStringList codeKeysSeenBy(int jobId, const char *user)
 {
     const QMap<QString, QString> attributes = pdetest::jobAttributes(jobId, user);
     QStringList seen = kCodeKeys;
-    seen.removeIf([&](const QString &key) { return !attributes.contains(kPrefix + key); });
+    seen.removeIf([&](const QString &key) { return !attributes.contains(kTicketPrefix + key); });
     return seen;
 }
 
@@ -102,7 +102,7 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
                 EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(job) } + kSteps).exitCode, 0);
             const QMap<QString, QString> options = scheduler().received(job);
             const QMap<QString, QString> ticket = pdetest::parseOptions(dry.out);
-            ASSERT_TRUE(ticket.contains(kPrefix + "bc.mainCode")) << qPrintable(dry.out);
+            ASSERT_TRUE(ticket.contains(kTicketPrefix + "bc.mainCode")) << qPrintable(dry.out);
             for (auto it = ticket.cbegin(); it != ticket.cend(); ++it) {
                 // The spool time and the ciphers made from it move with the clock.
                 const bool timed = it.key().endsWith("spoolTime") || it.key().endsWith("Code2");
@@ -159,12 +159,12 @@ TEST_F(HeldJobs, TheAgentSurvivesACancelledJobAndASchedulerRestart)
     const int cancelled = lp(kHeld);
     ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(cancelled) }), 0);
     Agent agent(kSteps);
-    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode"));
+    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kTicketPrefix + "bc.mainCode"));
     EXPECT_EQ(jobState(cancelled), IPP_JSTATE_CANCELED);
     EXPECT_TRUE(scheduler().recordedOptions(cancelled).isEmpty());
 
     ASSERT_EQ(scheduler().restart(), QString());
-    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
+    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kTicketPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
 }
 
 // The scheduler drops the oldest events of a full store: jobs that arrive while
@@ -179,7 +179,7 @@ TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
         jobs << lp(kHeld);
     ASSERT_EQ(::kill(pid_t(agent.process.processId()), SIGCONT), 0);
     for (int job : jobs)
-        EXPECT_TRUE(scheduler().received(job).contains(kPrefix + "bc.mainCode")) << job;
+        EXPECT_TRUE(scheduler().received(job).contains(kTicketPrefix + "bc.mainCode")) << job;
     const QStringList released = agent.stop().split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(released.size(), 6) << qPrintable(released.join('\n'));
     EXPECT_EQ(released.size(), QSet<QString>(released.begin(), released.end()).size());
@@ -200,7 +200,7 @@ TEST_F(HeldJobs, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
     }
     const int held = lp(kPrivate);
     EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(held) } + kSteps).exitCode, 0);
-    EXPECT_EQ(scheduler().received(held).value(kPrefix + "bc.mainCode"), "37374142");
+    EXPECT_EQ(scheduler().received(held).value(kTicketPrefix + "bc.mainCode"), "37374142");
     EXPECT_EQ(codeKeysSeenBy(held, "mallory"), QStringList());
 }
 
@@ -226,13 +226,13 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
         { "bc.holdButton", "1" }, { "spoolTime", "[0-9A-F]{16,}" }, // hexadecimal text keeping every digit
     };
     for (const auto &[key, pattern] : expected) {
-        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(ticket.value(kPrefix + key)).hasMatch())
-            << key << " = " << qPrintable(ticket.value(kPrefix + key));
+        EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(ticket.value(kTicketPrefix + key)).hasMatch())
+            << key << " = " << qPrintable(ticket.value(kTicketPrefix + key));
     }
 
     const RunResult kept = runPdeprint({ "--release-kept" });
     EXPECT_EQ(kept.exitCode, 0) << qPrintable(kept.err);
     const QMap<QString, QString> options = scheduler().received(next);
     for (const char *key : { "bc.mainCodecb", "bc.mainCode", "bc.subCodecb", "bc.subCode", "bc.holdButton" })
-        EXPECT_EQ(options.value(kPrefix + key), ticket.value(kPrefix + key)) << key;
+        EXPECT_EQ(options.value(kTicketPrefix + key), ticket.value(kTicketPrefix + key)) << key;
 }

@@ -10,8 +10,7 @@
 
 namespace hosttest {
 
-// The ticket's keys all start so.
-inline const QString kPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+using pdetest::kTicketPrefix;
 
 struct RunResult
 {

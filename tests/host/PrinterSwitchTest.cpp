@@ -74,5 +74,5 @@ TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
     EXPECT_EQ(pdeprint::runPrintCommand(options, outStream, errStream), 0) << qPrintable(err);
 
     EXPECT_EQ(seen, QStringList({ "1111", "2222" }));
-    EXPECT_TRUE(out.split('\n').contains(kPrefix + "bc.mainCode=32323232")) << qPrintable(out);
+    EXPECT_TRUE(out.split('\n').contains(kTicketPrefix + "bc.mainCode=32323232")) << qPrintable(out);
 }

@@ -32,6 +32,9 @@ struct PpdCloser { void operator()(ppd_file_t *ppd) const; };
 using PpdPtr = std::unique_ptr<ppd_file_t, PpdCloser>;
 PpdPtr openPpd(const QString &path);
 
+// The ticket's keys all start so; tests spell the rest out, as a reader of the ticket does.
+inline const QString kTicketPrefix = QStringLiteral("jp.co.nurat.print.PrintSettings.");
+
 // The sample printer's queue and the preferences domain named after it.
 inline constexpr char kSamplePrinter[] = "office";
 inline constexpr char kSampleDomain[] = "jp.co.nurat.mfp.office";
