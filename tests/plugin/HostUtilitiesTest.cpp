@@ -25,7 +25,8 @@ TEST(SystemVersion, PartsOverwriteOnlyTheirDefaults)
     }
 }
 
-// The names the sample PPDs do not carry (the panel's creation reads those).
+// The names the sample PPDs do not carry (the panel's creation decodes those), and names that
+// match only in part or in another case.
 TEST(PpdEncoding, NamesMatchWholeAndCaseSensitive)
 {
     const struct { const char *name; pde::StringEncoding encoding; } cases[] = {

@@ -38,11 +38,7 @@ void expectCleanLayout(JpCoNuratPrintPdeQr7150kBC &panel)
 QPalette darkPalette()
 {
     QPalette dark(QColor(53, 53, 53), QColor(53, 53, 53));
-    for (auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
-        dark.setColor(role, QColor(240, 240, 240));
-    dark.setColor(QPalette::Base, QColor(35, 35, 35));
-    for (auto role : { QPalette::WindowText, QPalette::Text, QPalette::ButtonText })
-        dark.setColor(QPalette::Disabled, role, QColor(127, 127, 127));
+    dark.setColor(QPalette::Disabled, QPalette::Text, QColor(127, 127, 127));
     return dark;
 }
 
