@@ -1,8 +1,9 @@
 // The agent's windows on a real (virtual) display, driven in-process: jobs
-// printed with lp to a holding queue each get a window; Print releases one
-// with the ticket, Cancel Job cancels one, and a job cancelled elsewhere
-// closes its window without anything sent. Then the codes window unlocks the
-// kept codes, so that --release-kept leaves the next job held.
+// printed with lp to a holding queue each get a window, another user's none;
+// Print releases one with the ticket, Cancel Job cancels one, and a job
+// cancelled elsewhere closes its window without anything sent. With the codes
+// kept, the next job is released without a window. Then the codes window
+// unlocks them, so that --release-kept leaves the next job held.
 
 #include "host/CupsQueue.h"
 #include "host/PluginLoader.h"
@@ -55,11 +56,12 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     DesktopNotifier notifier;
     QString said;
     QTextStream out(&said);
-    JobWindows windows(plugins, *cups, notifier, false, out, out);
+    JobWindows windows(plugins, *cups, notifier, true, out, out);
     HeldJobAgent agent(*cups, queues, windows, out, 100);
     windows.setAgent(&agent);
     ASSERT_TRUE(agent.start(&error)) << qPrintable(error);
 
+    lp("held", "alice"); // another user's: no window, although its events arrive
     const int printed = lp("held"), cancelled = lp("held"), gone = lp("held");
     ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 3; }, 20000)) << qPrintable(said);
     const QList<HeldJobWindow *> opened = windows.windows(); // by job id: printed, cancelled, gone
@@ -84,6 +86,9 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     }
     EXPECT_TRUE(said.contains(QStringLiteral("job %1 on held was cancelled, released or finished elsewhere").arg(gone)))
         << qPrintable(said);
+
+    const int released = lp("held"); // the codes are kept now: released at once, no window
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scheduler.recordedOptions(released).contains("37374142"); }, 20000));
 
     // The codes were kept; the padlock opened in the codes window ends that.
     HeldJob noJob;
