@@ -1,5 +1,5 @@
-// Bad input: one line on stderr, a non-zero exit, nothing printed or sent; and
-// what a good dry run prints instead.
+// Bad input: one line on stderr, exit 2 for a wrong command line and 1 for the
+// rest, nothing printed or sent; and what a good dry run and the panel list print.
 
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/TestSupport.h"
@@ -48,6 +48,7 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
         { dryRun({ "--click", "printButton" }), "printButton" },
         { dryRun({ "--type", "mainCodeCB=12" }), "not a text field" },
         { dryRun({ "--click", "mainCodeText" }), "not a button" },
+        { dryRun({ "--click", "subCodeCB" }), "\"subCodeCB\" is disabled" },
         // A field says what greys it and what to click.
         { dryRun({ "--type", "mainCodeText=1" }), "\"mainCodeCB\" is off; click" },
         { dryRun({ "--click", "mainCodeCB", "--click", "holdButton", "--type", "mainCodeText=1" }),
@@ -63,9 +64,11 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
         { { "--no-dialog", "--printer", "demo", sampleText() }, "CUPS server" },
         { dryRun({ "--screenshot", "x.png" }), "needs the dialog" },
     };
-    for (const auto &[arguments, reasonPart] : cases) {
+    // The command line's own mistakes, the first 14 rows, exit with 2; bad input with 1.
+    for (std::size_t row = 0; row < std::size(cases); ++row) {
+        const auto &[arguments, reasonPart] = cases[row];
         const RunResult result = runPdeprint(arguments);
-        EXPECT_GT(result.exitCode, 0) << reasonPart;
+        EXPECT_EQ(result.exitCode, row < 14 ? 2 : 1) << reasonPart;
         EXPECT_TRUE(result.out.isEmpty()) << reasonPart << ": " << qPrintable(result.out);
         EXPECT_EQ(result.err.count('\n'), 1) << qPrintable(result.err);
         EXPECT_TRUE(result.err.startsWith("pdeprint: ") && result.err.contains(reasonPart))
@@ -82,13 +85,13 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
     const QString pdf = dir.filePath("renamed.bin");
     ASSERT_TRUE(pdetest::writeFile(pdf, "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n"));
     const RunResult result = runPdeprint(kDryRun + QStringList {
-        "--summary", "-o", "media=A4", "--copies=2", "--pages", "1-3,5,7-", "--sides", "two-sided-long-edge", "-o",
+        "--summary", "-o", "media=A4", "--copies=2", "--pages", "3-3,5,7-", "--sides", "two-sided-long-edge", "-o",
         "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "--click",
         "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
-    for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=1-3,5,7-", "sides=two-sided-long-edge",
+    for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=3-3,5,7-", "sides=two-sided-long-edge",
                                  kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334" })
         EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
     QStringList names;
@@ -96,4 +99,5 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
         names << line.section('=', 0, 0);
     EXPECT_FALSE(names.contains("ARMainCode") || names.contains("ARSubCode")) << qPrintable(result.out);
     EXPECT_TRUE(std::is_sorted(names.cbegin(), names.cend())) << "sorted by name, not by line";
+    EXPECT_EQ(runPdeprint({ "--list-panels" }).out.section('\t', 0, 0), "Billing Code");
 }

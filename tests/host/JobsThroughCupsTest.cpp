@@ -66,17 +66,16 @@ QStringList codeKeysSeenBy(int jobId, const char *user)
 
 } // namespace
 
-// lp's order: the instance's saved options, then the command line's on top.
+// lp's order: the instance's saved options, then the command line's on top;
+// a queue without a PPD takes any -o.
 TEST_F(JobsThroughCups, SavedOptionsOfTheInstanceApplyUnderTheCommandLine)
 {
     QTemporaryDir home;
-    QFile lpoptions(home.filePath(".cups/lpoptions"));
-    ASSERT_TRUE(QDir(home.path()).mkpath(".cups") && lpoptions.open(QIODevice::WriteOnly)
-                && lpoptions.write(QByteArray("Dest ") + kPlain + "/duplex sides=two-sided-long-edge media=a5 number-up=2\n") > 0);
-    lpoptions.close();
+    ASSERT_TRUE(pdetest::writeFile(home.filePath(".cups/lpoptions"),
+                                   QByteArray("Dest ") + kUnserved + "/duplex sides=two-sided-long-edge media=a5 number-up=2\n"));
     const QByteArray ownHome = qgetenv("HOME");
     qputenv("HOME", home.path().toUtf8());
-    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", QString::fromLatin1(kPlain) + "/duplex",
+    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", QString(kUnserved) + "/duplex",
                                            "--sides", "one-sided", "-o", "media=a4", sampleText() });
     qputenv("HOME", ownHome);
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
@@ -215,11 +214,14 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
     EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
 
     const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld } + kSteps
-        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", "--copies", "2", sampleText() });
+        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", sampleText(),
+                        QStringLiteral(PDE_SOURCE_DIR "/platform/resources/icons/changes-allow.png") });
     const int own = pdetest::jobIdIn(printed.out);
     EXPECT_NE(jobState(own), IPP_JSTATE_HELD) << qPrintable(printed.err);
     const QMap<QString, QString> ticket = pdetest::jobAttributes(own);
-    EXPECT_EQ(ticket.value("copies"), "2");
+    EXPECT_EQ(ticket.value("job-originating-user-name"), cupsUser()) << "not an anonymous job";
+    EXPECT_EQ(ticket.value("job-name"), "sample.txt") << "named after the first file, without its folder";
+    EXPECT_EQ(ticket.value("document-format-detected"), "image/png") << "the last file went, as itself";
     EXPECT_FALSE(ticket.contains("ARMainCode")) << "the panel handles that option itself";
     const std::pair<const char *, const char *> expected[] = {
         { "bc.mainCodecb", "1" }, { "bc.mainCode", "37374142" }, { "bc.mainCode2", "[A-Za-z0-9+/]+=*" },
