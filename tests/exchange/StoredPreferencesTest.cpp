@@ -97,7 +97,8 @@ TEST_F(StoredPreferences, PrintingStoresTheControlsAndEveryLoadReplacesThem)
         expected.insert("hold button", hold);
         EXPECT_EQ(asText(pdetest::readRecord()), asText(expected));
         EXPECT_EQ(panel->prefHoldButtonFlag, quint32(hold));
-        EXPECT_EQ(panel->prefMainCodeStringRef, QVariant("a b:c@d"));
+        EXPECT_EQ((QVariantList { panel->prefMainCodeCBBooleanRef, panel->prefMainCodeStringRef, panel->prefSubCodeCBBooleanRef,
+                                  panel->prefSubCodeStringRef }), (QVariantList { true, "a b:c@d", false, "" }));
     }
     pdetest::writeDomain(QVariantMap { { "Other", "x" } });
     panel->GetUserPreference();

@@ -37,8 +37,8 @@ TEST_F(TicketRestore, FillsTheControlsFromTheTicket)
         { "empty ticket", {}, "0 0 0 [] []" },
         { "an even keep value is off; a negative one clamps to an even one", { { "holdButton", "-3000000000" } }, "0 0 0 [] []" },
         { "a keep value of -1 is on", { { "holdButton", "-1" } }, "1 0 0 [] []" },
-        { "states are the leading integer of any value, clamped to 32 bits",
-          { { "holdButton", "4294967296" + QString(300, ' ') }, { "mainCodecb", "1\u00e9" } }, "1 1 0 [] []" },
+        { "states are the leading integer of any value, after blanks, signed, clamped to 32 bits",
+          { { "holdButton", " +4294967296" + QString(300, ' ') }, { "mainCodecb", "-1\u00e9" } }, "1 1 0 [] []" },
         { "check box value 0 is off", { { "mainCodecb", "0" }, { "mainCode", "31" } }, "0 0 0 [] []" },
         { "lower-case hex decodes to other bytes", { { "mainCodecb", "1" }, { "mainCode", "4a" } }, "0 1 0 [j] []" },
         { "bytes not valid in the encoding", { { "mainCodecb", "1" }, { "mainCode", "FF" } }, "0 1 0 [] []" },
@@ -74,6 +74,7 @@ TEST_F(TicketRestore, PendingRecordFillsThePanelOnce)
         panel->prefSubCodeCBBooleanRef = c.subOn;
         panel->prefSubCodeStringRef = c.subCode;
         EXPECT_EQ(restored(), c.expected);
+        EXPECT_FALSE(panel->mainCodeCB->isEnabled()) << "the keep button locks the main check box";
         EXPECT_EQ(panel->prefHoldButtonFlag, 2u) << "only bit 0 is cleared";
         EXPECT_EQ(restored(), "0 1 1 [1] [9]") << "the next restore reads the ticket only";
     }

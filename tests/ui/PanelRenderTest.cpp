@@ -67,6 +67,7 @@ TEST_F(PanelRenderTest, PanelIsCleanInEachLanguageAndTheme)
         expectCleanLayout(*panel);
         EXPECT_EQ(pde::textColor(panel->mainCodeText), look.palette.color(QPalette::Active, QPalette::Text));
         EXPECT_EQ(pde::textColor(panel->subCodeText), look.palette.color(QPalette::Disabled, QPalette::Text));
+        EXPECT_EQ(panel->subCodeText->palette().color(QPalette::Inactive, QPalette::Text), pde::textColor(panel->subCodeText));
         const QString path = QDir(QStringLiteral(PDE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(look.file));
         EXPECT_TRUE(window->grab().save(path));
     }
