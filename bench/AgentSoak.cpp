@@ -11,6 +11,7 @@
 
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
+#include "tests/support/TestSupport.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -24,7 +25,7 @@
 namespace {
 
 constexpr char kQueue[] = "office";
-const QString kMainCodeKey = QStringLiteral("jp.co.nurat.print.PrintSettings.bc.mainCode");
+const QString kMainCodeKey = pdetest::kTicketPrefix + "bc.mainCode";
 
 struct User
 {

@@ -7,7 +7,6 @@
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -34,9 +33,8 @@ const QStringList kCodeKeys { "bc.mainCode", "bc.mainCode2", "bc.subCode", "bc.s
 // The lines an administrator copies from the shipped file.
 QStringList shippedPolicyLines()
 {
-    QFile file(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
-    file.open(QIODevice::ReadOnly);
-    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
+    const QByteArray text = pdetest::readFile(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
+    return QString::fromUtf8(text).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
 }
 
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
