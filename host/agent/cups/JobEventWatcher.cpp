@@ -18,6 +18,17 @@ bool failed(const IppPtr &response)
     return !response || cupsLastError() > IPP_STATUS_OK_CONFLICTING;
 }
 
+// The server is away or failing, rather than refusing the request.
+bool serverAway()
+{
+    return cupsLastError() >= IPP_STATUS_ERROR_INTERNAL;
+}
+
+QString lastError(const char *what)
+{
+    return QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromUtf8(cupsLastErrorString()));
+}
+
 ipp_t *newRequest(ipp_op_t operation)
 {
     ipp_t *request = ippNewRequest(operation);
@@ -69,13 +80,14 @@ bool JobEventWatcher::subscribe(http_t *http, QString *error)
 {
     m_subscription = createSubscription(http, IPP_TAG_KEYWORD, "notify-pull-method", "ippget");
     if (m_subscription <= 0) {
-        if (cupsLastError() >= IPP_STATUS_ERROR_INTERNAL) { // not refused: the server is away or failing
-            *error = QStringLiteral("cannot subscribe to job events: %1").arg(QString::fromUtf8(cupsLastErrorString()));
+        if (serverAway()) {
+            *error = lastError("cannot subscribe to job events");
             return false;
         }
         // Refused (MaxSubscriptions, say): others may leave and free a place.
         // Spread over agents refused together.
-        m_subscribeAgainAt = time(nullptr) + kSubscribeAgainSeconds + QRandomGenerator::global()->bounded(kSubscribeAgainSeconds);
+        m_subscribeAgainAt =
+            time(nullptr) + kSubscribeAgainSeconds + QRandomGenerator::global()->bounded(kSubscribeAgainSeconds);
         return false;
     }
     m_nextSequence = 1;
@@ -109,13 +121,12 @@ JobEventWatcher::Poll JobEventWatcher::poll(http_t *http)
     Poll result;
     if (m_subscription > 0 && time(nullptr) >= m_renewAt) {
         if (!renew(http, m_subscription)) {
-            if (cupsLastError() >= IPP_STATUS_ERROR_INTERNAL) { // the server is away: renewed when back
-                result.error = QStringLiteral("cannot renew the subscription to job events: %1").arg(QString::fromUtf8(cupsLastErrorString()));
+            if (serverAway()) { // renewed when it is back
+                result.error = lastError("cannot renew the subscription to job events");
                 return result;
             }
             m_subscription = 0; // expired or forgotten: new ones below
-        }
-        else if (m_busSubscription > 0 && !renew(http, m_busSubscription))
+        } else if (m_busSubscription > 0 && !renew(http, m_busSubscription))
             subscribeBusNotifier(http);
     }
     if (m_subscription <= 0) {
@@ -136,7 +147,7 @@ JobEventWatcher::Poll JobEventWatcher::poll(http_t *http)
         return result;
     }
     if (failed(response)) {
-        result.error = QStringLiteral("cannot fetch job events: %1").arg(QString::fromUtf8(cupsLastErrorString()));
+        result.error = lastError("cannot fetch job events");
         return result;
     }
 
