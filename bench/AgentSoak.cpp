@@ -7,12 +7,16 @@
 // Then a quiet spell: the scheduler's and the agents' CPU, and each agent's
 // proportional set size (PSS, what many agents cost the host together).
 //
-//   pdebench_soak [--users N] [--jobs-per-user N] [--idle-seconds S]
+//   pdebench_soak [--users N] [--jobs-per-user N] [--idle-seconds S] [--bus]
+//
+// With --bus, a private system bus on which the scheduler's notifier wakes
+// the agents, as on a desktop host: each agent then asks for two subscriptions.
 //
 // A scale run (./dev soak, a few seconds on two cores), kept beside the
 // benchmarks rather than in the suite: the gap it once exposed is caught there,
 // deterministically, by HeldJobs.JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce.
 
+#include "bench/PrivateBus.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 #include "tests/support/TestSupport.h"
@@ -98,8 +102,18 @@ int main(int argc, char **argv)
     const int userCount = optionValue(application.arguments(), "--users", 20);
     const int jobsPerUser = optionValue(application.arguments(), "--jobs-per-user", 10);
     const int idleSeconds = optionValue(application.arguments(), "--idle-seconds", 10);
+    const bool withBus = application.arguments().contains("--bus");
+    PrivateBus bus;
+    pdetest::SchedulerOptions options { .queues = { { kQueue, true, {} } } };
+    if (withBus) {
+        if (const QString error = bus.start(); !error.isEmpty()) {
+            fail(error);
+            return 1;
+        }
+        options.filesLines << "SetEnv DBUS_SYSTEM_BUS_ADDRESS " + bus.address();
+    }
     pdetest::PrivateScheduler scheduler;
-    if (const QString error = scheduler.start({ .queues = { { kQueue, true, {} } } }); !error.isEmpty()) {
+    if (const QString error = scheduler.start(options); !error.isEmpty()) {
         fail(error);
         return 1;
     }
@@ -115,6 +129,7 @@ int main(int argc, char **argv)
         environment.insert("CUPS_USER", user->name);
         environment.insert("XDG_CONFIG_HOME", user->config.path());
         environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("DBUS_SYSTEM_BUS_ADDRESS", withBus ? bus.address() : QStringLiteral("unix:path=/nonexistent"));
         user->agent.setProcessEnvironment(environment);
         user->agent.setStandardInputFile(QProcess::nullDevice());
         user->agent.start(QStringLiteral(PDEBENCH_PDEPRINT), { "--agent", "--no-dialog", "--click", "mainCodeCB",
