@@ -180,7 +180,6 @@ TEST_F(HeldJobs, AnAgentStartedWhileTheSchedulerIsDownWaitsForIt)
     ASSERT_TRUE(waiting) << "the agent ended or said nothing: " << agent.process.state();
     EXPECT_TRUE(told.startsWith("pdeprint: waiting for the CUPS server at " + qgetenv("CUPS_SERVER"))) << told.constData();
     EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kTicketPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
-    EXPECT_EQ(agent.process.state(), QProcess::Running);
 }
 
 // The scheduler drops the oldest events of a full store: jobs that arrive while
