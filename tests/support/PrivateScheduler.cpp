@@ -19,8 +19,6 @@
 
 namespace pdetest {
 
-namespace {
-
 int freeLoopbackPort()
 {
     const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
@@ -34,8 +32,6 @@ int freeLoopbackPort()
     return bound ? ntohs(address.sin_port) : 0;
 }
 
-} // namespace
-
 QString PrivateScheduler::start(const SchedulerOptions &options)
 {
     m_port = freeLoopbackPort();
@@ -46,6 +42,8 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     // Filters and notifiers are the system's; the backend folder is ours.
     for (const char *folder : { "cgi-bin", "daemon", "driver", "filter", "monitor", "notifier" })
         QFile::link(QStringLiteral("/usr/lib/cups/") + folder, m_root.filePath(QStringLiteral("bin/") + folder));
+    // ipp, for queues of a printer of the test's own.
+    QFile::link(QStringLiteral("/usr/lib/cups/backend/ipp"), m_root.filePath("bin/backend/ipp"));
     const QString backend = m_root.filePath("bin/backend/record");
     if (!QFile::copy(QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-backend.sh"), backend))
         return QStringLiteral("cannot install the recording backend");
@@ -82,8 +80,11 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     if (QString error = launch(); !error.isEmpty())
         return error;
     for (const QueueSetup &queue : options.queues) {
-        QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records") };
-        if (queue.ppd != "-")
+        QStringList lpadmin { "-p", queue.name, "-E", "-v",
+                              queue.deviceUri.isEmpty() ? "record:" + m_root.filePath("records") : queue.deviceUri };
+        if (queue.ppd == "everywhere")
+            lpadmin << "-m" << "everywhere";
+        else if (queue.ppd != "-")
             lpadmin << "-P" << (queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd);
         if (queue.holdsJobs)
             lpadmin << "-o" << "job-hold-until-default=indefinite";
@@ -141,6 +142,11 @@ QMap<QString, QString> PrivateScheduler::received(int jobId) const
 QString PrivateScheduler::log() const
 {
     return QString::fromUtf8(readFile(m_root.filePath("log/error_log")).right(4000));
+}
+
+QString PrivateScheduler::pageLog() const
+{
+    return QString::fromUtf8(readFile(m_root.filePath("log/page_log")));
 }
 
 int PrivateScheduler::accessLogLines() const

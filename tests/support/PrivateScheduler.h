@@ -18,8 +18,10 @@ struct QueueSetup
 {
     QString name;
     bool holdsJobs = false; // job-hold-until-default=indefinite
-    QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves
+    QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves;
+                            // "everywhere": made from what the printer at deviceUri reports
     bool privatePolicy = false; // under the policy "private" (SchedulerOptions::policyLines)
+    QString deviceUri = {};     // empty: the recording backend
 };
 
 struct SchedulerOptions
@@ -61,6 +63,7 @@ public:
     // Those options parsed as a backend parses them, once the job ran (waits for it).
     QMap<QString, QString> received(int jobId) const;
     QString log() const;
+    QString pageLog() const;
     // Lines in the access log: requests served, with `AccessLogLevel all`.
     int accessLogLines() const;
 
@@ -87,7 +90,7 @@ public:
     PrivateScheduler scheduler;
     QString error; // why it did not come up
 
-private:
+protected:
     SchedulerOptions m_options;
 };
 
@@ -107,6 +110,9 @@ protected:
     PrivateScheduler &scheduler() { return environment->scheduler; }
     QTemporaryDir config;
 };
+
+// A TCP port on loopback that nobody listens on now.
+int freeLoopbackPort();
 
 // Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.
 bool waitUntil(const std::function<bool()> &done, int timeoutMs = 20000);

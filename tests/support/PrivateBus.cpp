@@ -1,4 +1,4 @@
-#include "bench/PrivateBus.h"
+#include "tests/support/PrivateBus.h"
 
 #include "tests/support/PrivateScheduler.h"
 
@@ -8,6 +8,8 @@
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
+
+namespace pdetest {
 
 PrivateBus::~PrivateBus()
 {
@@ -46,7 +48,9 @@ QString PrivateBus::start()
     m_daemon->start(QStringLiteral("dbus-daemon"), { "--nofork", "--config-file=" + config.fileName() });
     if (!m_daemon->waitForStarted(10000))
         return QStringLiteral("dbus-daemon did not start");
-    if (!pdetest::waitUntil([this] { return QFileInfo::exists(m_root.filePath("bus.sock")); }, 10000))
+    if (!waitUntil([this] { return QFileInfo::exists(m_root.filePath("bus.sock")); }, 10000))
         return QStringLiteral("dbus-daemon made no socket");
     return {};
 }
+
+} // namespace pdetest

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace pdetest {
+
+// An IPP Everywhere printer of the test's own (ippeveprinter) on a free
+// loopback port, that supports job-account-id. It needs a system bus (see
+// PrivateBus). Each job it prints leaves the job-account-id it received in a
+// file named after the job's name.
+class PrivateIppPrinter
+{
+public:
+    PrivateIppPrinter() = default;
+    ~PrivateIppPrinter() { stop(); }
+    PrivateIppPrinter(const PrivateIppPrinter &) = delete;
+    PrivateIppPrinter &operator=(const PrivateIppPrinter &) = delete;
+
+    // Empty on success, else what went wrong.
+    QString start(const QString &busAddress);
+    void stop();
+
+    QString uri() const;
+    // The job-account-id of the job named `jobName` (waits for it); null
+    // when no such job arrived, empty when it came without one.
+    QString accountIdReceived(const QString &jobName) const;
+
+private:
+    QString launch(const QStringList &arguments);
+
+    QTemporaryDir m_root;
+    QString m_busAddress;
+    std::unique_ptr<QProcess> m_printer;
+    int m_port = 0;
+};
+
+} // namespace pdetest
