@@ -74,6 +74,7 @@ TEST_F(DriverlessQueue, TheMainCodeReachesThePrinterAsItsAccountIdAndThePageLog)
     EXPECT_TRUE(held.out.startsWith(QStringLiteral("%1\t%2\t").arg(billed).arg(kDriverless))) << qPrintable(held.out);
     EXPECT_EQ(runPdeprint({ "--release", QString::number(billed) }).exitCode, 0);
     EXPECT_EQ(printer.accountIdReceived("billed"), "BILL-7");
+    EXPECT_EQ(pdetest::jobAttributes(billed).value(kTicketPrefix + "bc.mainCode"), "42494C4C2D37") << "the panel showed it";
 
     // The agent serves the driverless queue without being told to.
     Agent agent({ "--click", "mainCodeCB", "--type", "mainCodeText=55" });
