@@ -24,35 +24,22 @@ constexpr char kPageLogFormat[] =
     "PageLogFormat %p %u %j %T %P %C %{job-billing} %{job-originating-host-name} %{job-name} %{media} %{sides}";
 
 // The printer comes first: the queue is made from what it reports.
-class DriverlessEnvironment : public pdetest::SchedulerEnvironment
+struct PrinterEnvironment : ::testing::Environment
 {
-public:
-    DriverlessEnvironment() : SchedulerEnvironment({ .queues = {}, .extraLines = { kPageLogFormat } }) { }
     void SetUp() override
     {
         error = bus.start();
         if (error.isEmpty())
             error = printer.start(bus.address());
-        if (!error.isEmpty())
-            return;
-        m_options.queues = { { kDriverless, true, "everywhere", false, printer.uri() } };
-        SchedulerEnvironment::SetUp();
-    }
-    void TearDown() override
-    {
-        SchedulerEnvironment::TearDown();
-        printer.stop();
     }
     pdetest::PrivateBus bus;
     pdetest::PrivateIppPrinter printer;
+    QString error;
 };
-
-DriverlessEnvironment *const driverless = [] {
-    auto *created = new DriverlessEnvironment;
-    pdetest::SchedulerTest::environment = created;
-    ::testing::AddGlobalTestEnvironment(created);
-    return created;
-}();
+auto *const printerEnvironment = static_cast<PrinterEnvironment *>(::testing::AddGlobalTestEnvironment(new PrinterEnvironment));
+pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
+    { .queues = { { kDriverless, true, "everywhere", false, printerEnvironment->printer.uri() } },
+      .extraLines = { kPageLogFormat } });
 
 using DriverlessQueue = pdetest::SchedulerTest;
 
@@ -60,7 +47,8 @@ using DriverlessQueue = pdetest::SchedulerTest;
 
 TEST_F(DriverlessQueue, TheMainCodeReachesThePrinterAsItsAccountIdAndThePageLog)
 {
-    pdetest::PrivateIppPrinter &printer = driverless->printer;
+    ASSERT_TRUE(printerEnvironment->error.isEmpty()) << qPrintable(printerEnvironment->error);
+    pdetest::PrivateIppPrinter &printer = printerEnvironment->printer;
     const RunResult printed = runPdeprint({ "--no-dialog", "--printer", kDriverless, "--click", "mainCodeCB", "--type",
                                             "mainCodeText=4711", "--click", "subCodeCB", "--type", "subCodeText=9",
                                             sampleText() });

@@ -13,45 +13,25 @@
 
 namespace pdetest {
 
+PrivateIppPrinter::PrivateIppPrinter() : m_port(freeLoopbackPort()) { }
+
 QString PrivateIppPrinter::start(const QString &busAddress)
 {
-    m_busAddress = busAddress;
-    m_port = freeLoopbackPort();
     if (!m_root.isValid() || m_port == 0 || !QDir().mkpath(m_root.filePath("records")))
         return QStringLiteral("no temporary folder or free port");
-    // -a replaces the printer's whole capability set, so the set comes from a
-    // plain start, with accounting added.
-    if (QString error = launch({}); !error.isEmpty())
-        return error;
-    const QString capabilities = m_root.filePath("capabilities");
-    QProcess dump;
-    dump.start(QStringLiteral("ipptool"), { "--ippserver", capabilities, uri(), "get-printer-attributes.test" });
-    dump.waitForFinished(30000);
-    stop();
-    QByteArray set = readFile(capabilities);
-    const qsizetype status = set.indexOf(" charset-configured "); // the status attributes begin here
-    if (status < 0)
-        return QStringLiteral("ipptool read no capabilities from the printer");
-    set.truncate(set.lastIndexOf('\n', status) + 1);
-    if (!writeFile(capabilities, set + "ATTR boolean job-account-id-supported true\n"))
-        return QStringLiteral("cannot write the printer's capabilities");
-    return launch({ "-a", capabilities, "-c", QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh") });
-}
-
-QString PrivateIppPrinter::launch(const QStringList &arguments)
-{
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), m_busAddress);
+    environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), busAddress);
     environment.insert(QStringLiteral("PDE_PRINTER_RECORDS"), m_root.filePath("records"));
     m_printer = std::make_unique<QProcess>();
     m_printer->setProcessEnvironment(environment);
     m_printer->setStandardInputFile(QProcess::nullDevice());
-    m_printer->setStandardOutputFile(m_root.filePath("log"), QIODevice::Append);
-    m_printer->setStandardErrorFile(m_root.filePath("log"), QIODevice::Append);
+    m_printer->setStandardOutputFile(m_root.filePath("log"));
+    m_printer->setStandardErrorFile(m_root.filePath("log"));
     m_printer->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_printer->start(QStringLiteral("/usr/sbin/ippeveprinter"),
-                     QStringList { "-n", "localhost", "-p", QString::number(m_port), "-r", "off" } + arguments
-                         + QStringList { "Test Printer" });
+                     { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-a",
+                       QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt"), "-c",
+                       QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh"), "Test Printer" });
     const bool up = m_printer->waitForStarted(10000) && waitUntil([this] {
         if (m_printer->state() != QProcess::Running)
             return true;

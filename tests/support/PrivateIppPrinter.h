@@ -9,13 +9,13 @@
 namespace pdetest {
 
 // An IPP Everywhere printer of the test's own (ippeveprinter) on a free
-// loopback port, that supports job-account-id. It needs a system bus (see
+// loopback port, that supports job-account-id (tests/data/ipp-printer-capabilities.txt). It needs a system bus (see
 // PrivateBus). Each job it prints leaves the job-account-id it received in a
 // file named after the job's name.
 class PrivateIppPrinter
 {
 public:
-    PrivateIppPrinter() = default;
+    PrivateIppPrinter();
     ~PrivateIppPrinter() { stop(); }
     PrivateIppPrinter(const PrivateIppPrinter &) = delete;
     PrivateIppPrinter &operator=(const PrivateIppPrinter &) = delete;
@@ -30,12 +30,9 @@ public:
     QString accountIdReceived(const QString &jobName) const;
 
 private:
-    QString launch(const QStringList &arguments);
-
     QTemporaryDir m_root;
-    QString m_busAddress;
     std::unique_ptr<QProcess> m_printer;
-    int m_port = 0;
+    const int m_port;
 };
 
 } // namespace pdetest

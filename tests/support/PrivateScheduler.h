@@ -90,7 +90,7 @@ public:
     PrivateScheduler scheduler;
     QString error; // why it did not come up
 
-protected:
+private:
     SchedulerOptions m_options;
 };
 
