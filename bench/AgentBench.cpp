@@ -8,7 +8,7 @@
 //
 // A driver, not a Google Benchmark: one long scenario measured as percentiles.
 
-#include "tests/support/PrivateBus.h"
+#include "bench/PrivateBus.h"
 #include "tests/support/PrivateScheduler.h"
 
 #include <QCoreApplication>
@@ -93,7 +93,7 @@ int submit(const QString &file)
 
 std::optional<Figures> run(bool withBus, int jobs, int idleSeconds, const QString &document)
 {
-    pdetest::PrivateBus bus;
+    PrivateBus bus;
     pdetest::SchedulerOptions options { { { kQueue, true, {} } }, {}, { "AccessLogLevel all" }, {} };
     if (withBus) {
         if (const QString error = bus.start(); !error.isEmpty()) {

@@ -5,7 +5,6 @@
 
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
-#include "tests/support/PrivateBus.h"
 #include "tests/support/PrivateIppPrinter.h"
 #include "tests/support/PrivateScheduler.h"
 
@@ -26,13 +25,7 @@ constexpr char kPageLogFormat[] =
 // The printer comes first: the queue is made from what it reports.
 struct PrinterEnvironment : ::testing::Environment
 {
-    void SetUp() override
-    {
-        error = bus.start();
-        if (error.isEmpty())
-            error = printer.start(bus.address());
-    }
-    pdetest::PrivateBus bus;
+    void SetUp() override { error = printer.start(); }
     pdetest::PrivateIppPrinter printer;
     QString error;
 };

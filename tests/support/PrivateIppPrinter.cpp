@@ -13,21 +13,37 @@
 
 namespace pdetest {
 
+namespace {
+
+// Dies with the test process, should that go first.
+std::unique_ptr<QProcess> childProcess()
+{
+    auto process = std::make_unique<QProcess>();
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    return process;
+}
+
+} // namespace
+
 PrivateIppPrinter::PrivateIppPrinter() : m_port(freeLoopbackPort()) { }
 
-QString PrivateIppPrinter::start(const QString &busAddress)
+QString PrivateIppPrinter::start()
 {
     if (!m_root.isValid() || m_port == 0 || !QDir().mkpath(m_root.filePath("records")))
         return QStringLiteral("no temporary folder or free port");
+    const QString bus = m_root.filePath("bus");
+    m_bus = childProcess();
+    m_bus->start(QStringLiteral("dbus-daemon"), { "--session", "--nofork", "--address=unix:path=" + bus });
+    if (!waitUntil([&] { return QFileInfo::exists(bus); }, 10000))
+        return QStringLiteral("dbus-daemon did not start");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), busAddress);
+    environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), "unix:path=" + bus);
     environment.insert(QStringLiteral("PDE_PRINTER_RECORDS"), m_root.filePath("records"));
-    m_printer = std::make_unique<QProcess>();
+    m_printer = childProcess();
     m_printer->setProcessEnvironment(environment);
-    m_printer->setStandardInputFile(QProcess::nullDevice());
     m_printer->setStandardOutputFile(m_root.filePath("log"));
     m_printer->setStandardErrorFile(m_root.filePath("log"));
-    m_printer->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_printer->start(QStringLiteral("/usr/sbin/ippeveprinter"),
                      { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-a",
                        QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt"), "-c",
@@ -46,11 +62,13 @@ QString PrivateIppPrinter::start(const QString &busAddress)
 
 void PrivateIppPrinter::stop()
 {
-    if (m_printer) {
-        m_printer->terminate();
-        m_printer->waitForFinished(10000);
+    for (std::unique_ptr<QProcess> *process : { &m_printer, &m_bus }) {
+        if (*process) {
+            (*process)->terminate();
+            (*process)->waitForFinished(10000);
+        }
+        process->reset();
     }
-    m_printer.reset();
 }
 
 QString PrivateIppPrinter::uri() const

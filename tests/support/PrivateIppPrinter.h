@@ -9,8 +9,9 @@
 namespace pdetest {
 
 // An IPP Everywhere printer of the test's own (ippeveprinter) on a free
-// loopback port, that supports job-account-id (tests/data/ipp-printer-capabilities.txt). It needs a system bus (see
-// PrivateBus). Each job it prints leaves the job-account-id it received in a
+// loopback port, that supports job-account-id
+// (tests/data/ipp-printer-capabilities.txt), with a message bus of its own to
+// stand in for the system bus it insists on. Each job it prints leaves the job-account-id it received in a
 // file named after the job's name.
 class PrivateIppPrinter
 {
@@ -21,7 +22,7 @@ public:
     PrivateIppPrinter &operator=(const PrivateIppPrinter &) = delete;
 
     // Empty on success, else what went wrong.
-    QString start(const QString &busAddress);
+    QString start();
     void stop();
 
     QString uri() const;
@@ -31,6 +32,7 @@ public:
 
 private:
     QTemporaryDir m_root;
+    std::unique_ptr<QProcess> m_bus;
     std::unique_ptr<QProcess> m_printer;
     const int m_port;
 };

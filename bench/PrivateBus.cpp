@@ -1,4 +1,4 @@
-#include "tests/support/PrivateBus.h"
+#include "bench/PrivateBus.h"
 
 #include "tests/support/PrivateScheduler.h"
 
@@ -8,8 +8,6 @@
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
-
-namespace pdetest {
 
 PrivateBus::~PrivateBus()
 {
@@ -48,9 +46,7 @@ QString PrivateBus::start()
     m_daemon->start(QStringLiteral("dbus-daemon"), { "--nofork", "--config-file=" + config.fileName() });
     if (!m_daemon->waitForStarted(10000))
         return QStringLiteral("dbus-daemon did not start");
-    if (!waitUntil([this] { return QFileInfo::exists(m_root.filePath("bus.sock")); }, 10000))
+    if (!pdetest::waitUntil([this] { return QFileInfo::exists(m_root.filePath("bus.sock")); }, 10000))
         return QStringLiteral("dbus-daemon made no socket");
     return {};
 }
-
-} // namespace pdetest

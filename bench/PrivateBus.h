@@ -6,9 +6,7 @@
 
 #include <memory>
 
-namespace pdetest {
-
-// A message bus of the test's own, configured like a system bus that lets
+// A message bus of the bench's own, configured like a system bus that lets
 // anyone send and receive signals; its socket in a temporary folder that the
 // scheduler's notifier (running as another user) can reach.
 class PrivateBus
@@ -28,5 +26,3 @@ private:
     QTemporaryDir m_root;
     std::unique_ptr<QProcess> m_daemon;
 };
-
-} // namespace pdetest
