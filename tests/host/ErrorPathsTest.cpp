@@ -76,8 +76,8 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 }
 
 // The dialog's settings, the command line's options and the panels' ticket
-// (which wins), one sorted name=value a line; the PPD options the panel
-// handles stay out.
+// and account code (which win), one sorted name=value a line; the PPD
+// options the panel handles stay out.
 TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
 {
     QTemporaryDir dir;
@@ -85,13 +85,14 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
     ASSERT_TRUE(pdetest::writeFile(pdf, "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n"));
     const RunResult result = runPdeprint(kDryRun + QStringList {
         "--summary", "-o", "media=A4", "--copies=2", "--pages", "3-3,5,7-", "--sides", "two-sided-long-edge", "-o",
-        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "--click",
+        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "-o", "job-billing=APP", "--click",
         "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
     for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=3-3,5,7-", "sides=two-sided-long-edge",
-                                 kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334" })
+                                 kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334",
+                                 "job-account-id=12=34", "job-billing=12=34" })
         EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
     QStringList names;
     for (const QString &line : lines)
