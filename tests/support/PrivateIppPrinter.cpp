@@ -6,25 +6,10 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include <cups/cups.h>
-
 #include <signal.h>
 #include <sys/prctl.h>
 
 namespace pdetest {
-
-namespace {
-
-// Dies with the test process, should that go first.
-std::unique_ptr<QProcess> childProcess()
-{
-    auto process = std::make_unique<QProcess>();
-    process->setStandardInputFile(QProcess::nullDevice());
-    process->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    return process;
-}
-
-} // namespace
 
 PrivateIppPrinter::PrivateIppPrinter() : m_port(freeLoopbackPort()) { }
 
@@ -33,29 +18,25 @@ QString PrivateIppPrinter::start()
     if (!m_root.isValid() || m_port == 0 || !QDir().mkpath(m_root.filePath("records")))
         return QStringLiteral("no temporary folder or free port");
     const QString bus = m_root.filePath("bus");
-    m_bus = childProcess();
+    m_bus = std::make_unique<QProcess>();
+    m_bus->setStandardErrorFile(m_root.filePath("log"));
+    m_bus->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_bus->start(QStringLiteral("dbus-daemon"), { "--session", "--nofork", "--address=unix:path=" + bus });
     if (!waitUntil([&] { return QFileInfo::exists(bus); }, 10000))
         return QStringLiteral("dbus-daemon did not start");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), "unix:path=" + bus);
     environment.insert(QStringLiteral("PDE_PRINTER_RECORDS"), m_root.filePath("records"));
-    m_printer = childProcess();
+    m_printer = std::make_unique<QProcess>();
     m_printer->setProcessEnvironment(environment);
-    m_printer->setStandardOutputFile(m_root.filePath("log"));
-    m_printer->setStandardErrorFile(m_root.filePath("log"));
-    m_printer->start(QStringLiteral("/usr/sbin/ippeveprinter"),
-                     { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-a",
-                       QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt"), "-c",
-                       QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh"), "Test Printer" });
-    const bool up = m_printer->waitForStarted(10000) && waitUntil([this] {
-        if (m_printer->state() != QProcess::Running)
-            return true;
-        http_t *http = httpConnect2("localhost", m_port, nullptr, AF_UNSPEC, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
-        httpClose(http);
-        return http != nullptr;
-    });
-    if (!up || m_printer->state() != QProcess::Running)
+    m_printer->setStandardOutputFile(m_root.filePath("log"), QIODevice::Append);
+    m_printer->setStandardErrorFile(m_root.filePath("log"), QIODevice::Append);
+    const bool up = startServer(*m_printer, QStringLiteral("/usr/sbin/ippeveprinter"),
+                                { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-a",
+                                  QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt"), "-c",
+                                  QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh"), "Test Printer" },
+                                m_port);
+    if (!up)
         return QStringLiteral("ippeveprinter did not come up:\n") + QString::fromUtf8(readFile(m_root.filePath("log")).right(2000));
     return {};
 }

@@ -100,21 +100,10 @@ QString PrivateScheduler::launch()
 {
     m_cupsd = std::make_unique<QProcess>();
     m_cupsd->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_cupsd->setStandardInputFile(QProcess::nullDevice());
-    // Dies with the test process, should that go first.
-    m_cupsd->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    m_cupsd->start(QStringLiteral("/usr/sbin/cupsd"),
-                   { "-f", "-c", m_root.filePath("etc/cupsd.conf"), "-s", m_root.filePath("etc/cups-files.conf") });
-    if (!m_cupsd->waitForStarted(10000))
-        return QStringLiteral("cupsd did not start");
-    const bool up = waitUntil([this] {
-        if (m_cupsd->state() != QProcess::Running)
-            return true;
-        http_t *http = httpConnect2("127.0.0.1", m_port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
-        httpClose(http);
-        return http != nullptr;
-    });
-    if (!up || m_cupsd->state() != QProcess::Running)
+    const bool up = startServer(*m_cupsd, QStringLiteral("/usr/sbin/cupsd"),
+                                { "-f", "-c", m_root.filePath("etc/cupsd.conf"), "-s", m_root.filePath("etc/cups-files.conf") },
+                                m_port);
+    if (!up)
         return QStringLiteral("cupsd did not come up on %1:\n%2").arg(m_server, log());
     return {};
 }
@@ -159,6 +148,21 @@ SchedulerEnvironment *SchedulerEnvironment::add(SchedulerOptions options)
     SchedulerTest::environment = new SchedulerEnvironment(std::move(options));
     ::testing::AddGlobalTestEnvironment(SchedulerTest::environment);
     return SchedulerTest::environment;
+}
+
+bool startServer(QProcess &process, const QString &program, const QStringList &arguments, int port)
+{
+    process.setStandardInputFile(QProcess::nullDevice());
+    // Dies with the test process, should that go first.
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process.start(program, arguments);
+    return process.waitForStarted(10000) && waitUntil([&] {
+        if (process.state() != QProcess::Running)
+            return true;
+        http_t *http = httpConnect2("127.0.0.1", port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
+        httpClose(http);
+        return http != nullptr;
+    }) && process.state() == QProcess::Running;
 }
 
 bool waitUntil(const std::function<bool()> &done, int timeoutMs)

@@ -113,6 +113,9 @@ protected:
 
 // A TCP port on loopback that nobody listens on now.
 int freeLoopbackPort();
+// Starts a server that dies with the test process and waits until it answers
+// on that port of 127.0.0.1; false when it stopped or never answered.
+bool startServer(QProcess &process, const QString &program, const QStringList &arguments, int port);
 
 // Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.
 bool waitUntil(const std::function<bool()> &done, int timeoutMs = 20000);
