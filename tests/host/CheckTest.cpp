@@ -29,6 +29,8 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     QTemporaryDir dir;
     const QString required = dir.filePath("required.ppd");
     ASSERT_TRUE(pdetest::writeFile(required, pdetest::readFile(kGeneratedPpd).replace("\"\"job-account-id", "\"job-account-id")));
+    // Every attribute of the shipped JobPrivateValues line, which a policy without it must name.
+    const QString codeAttributes = pdetest::shippedPolicyLines().last().split(' ').mid(2).join(", ");
     pdetest::QueueSetup broken = queue("broken", false);
     broken.servedPpd = kGeneratedPpd;
     // One scheduler set up as the README says, with queues that are not; a
@@ -37,9 +39,10 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     ASSERT_EQ(readme.start({ .queues = { queue("office", true), queue("open", true, {}, false), queue("raw", true, "-"),
                                          broken, queue("required", true, required), queue("nohold", false) },
                              .policyLines = pdetest::shippedPolicyLines(),
-                             .extraLines = { "MaxSubscriptions 1000", "MaxEvents 5000", "MaxClients 600" } }),
+                             .extraLines = { "MaxSubscriptions 1000", "MaxEvents 5000", "MaxClients 550" } }),
               QString());
-    ASSERT_EQ(noPageLog.start({ .queues = { queue("office", true) }, .policyLines = pdetest::shippedPolicyLines(),
+    ASSERT_EQ(noPageLog.start({ .queues = { queue("office", true) },
+                                .policyLines = { "JobPrivateAccess all", pdetest::shippedPolicyLines().last() },
                                 .extraLines = { "PageLogFormat" } }),
               QString());
 
@@ -49,13 +52,15 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
             "ok office: the codes reach the printer in the ticket, through the queue's filters (PPD options ARMainCode, ARSubCode)",
             "ok office: the agent serves it", "ok office: holds new jobs", "ok server: policy \"private\" keeps the codes",
             "ok server: the page log records the codes", "ok server: MaxSubscriptions 1000 is enough for 500 agents",
-            "ok server: MaxEvents 5000 is enough", "ok server: MaxClients 600 is enough" } },
+            "ok server: MaxEvents 5000 is enough", "ok server: MaxClients 550 is enough" } },
         { &readme, { "--printer", "office", "--users", "501" }, 1,
           { "problem server: MaxSubscriptions 1000 is too low for 501 agents; in cupsd.conf set \"MaxSubscriptions 1002\"",
-            "problem server: MaxEvents 5000 is too low for 501 agents; in cupsd.conf set \"MaxEvents 5010\"" } },
+            "problem server: MaxEvents 5000 is too low for 501 agents; in cupsd.conf set \"MaxEvents 5010\"",
+            "problem server: MaxClients 550 is too low for 501 agents; in cupsd.conf set \"MaxClients 551\"" } },
         { &readme, { "--printer", "open" }, 1,
           { "problem server: under policy \"default\" other users can read the codes (JobPrivateValues leaves out "
-            + kTicketPrefix + "bc.mainCode, " } },
+            + codeAttributes + "); in the block <Policy default> of cupsd.conf put the lines \"JobPrivateAccess default\" "
+            "and \"" + pdetest::shippedPolicyLines().last() + "\"" } },
         { &readme, { "--printer", "raw" }, 1,
           { "ok raw: has no PPD", "problem raw: holds new jobs, but the codes reach no printer",
             "or stop holding its jobs (lpadmin -p raw -o job-hold-until-default=no-hold)" } },
@@ -72,7 +77,10 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
           { "warning nohold: jobs from other applications print at once, without codes; to hold them for the agent: "
             "lpadmin -p nohold -o job-hold-until-default=indefinite" } },
         { &readme, { "--printer", "nosuch" }, 2, {} },
-        { &noPageLog, {}, 0, { "warning server: the page log does not record the codes; in cupsd.conf set \"PageLogFormat %p" } },
+        { &noPageLog, { "--users", "50" }, 1,
+          { "warning server: the page log does not record the codes; in cupsd.conf set \"PageLogFormat %p",
+            "problem server: under policy \"private\" other users can read the codes (JobPrivateAccess all lets other users read them)",
+            "problem server: MaxEvents 100 is too low for 50 agents" } },
     };
     for (const auto &[server, arguments, exitCode, lines] : rows) {
         qputenv("CUPS_SERVER", server->server().toUtf8());
