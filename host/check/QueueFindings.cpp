@@ -123,6 +123,12 @@ Findings queueFindings(CupsConnection &cups, const QueueState &queue, const QStr
     const BillingRoutes routes = billingRoutesOf(cups, name, panelOptionKeys);
     const bool holds = queue.holdUntil == QLatin1String("indefinite");
     *served = routes.reachPrinter();
+    // Without its PPD the routes are unknown, not nowhere: the fix is the PPD's.
+    const bool ppdBroken = findings.front().level == Problem;
+    if (!*served && holds && ppdBroken) {
+        findings.push_back({ Warning, name, QStringLiteral("the agent leaves its held jobs alone until its PPD loads") });
+        return findings;
+    }
     if (!*served) {
         if (holds)
             findings.push_back(

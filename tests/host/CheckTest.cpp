@@ -31,7 +31,7 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     ASSERT_TRUE(pdetest::writeFile(required, pdetest::readFile(kGeneratedPpd).replace("\"\"job-account-id", "\"job-account-id")));
     // Every attribute of the shipped JobPrivateValues line, which a policy without it must name.
     const QString codeAttributes = pdetest::shippedPolicyLines().last().split(' ').mid(2).join(", ");
-    pdetest::QueueSetup broken = queue("broken", false);
+    pdetest::QueueSetup broken = queue("broken", true);
     broken.servedPpd = kGeneratedPpd;
     // One scheduler set up as the README says, with queues that are not; a
     // second whose page log does not record the codes.
@@ -68,7 +68,7 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
           { "problem broken: its PPD does not load (Missing asterisk in column 1 on line 95)",
             "sed 's/^\\*cupsMandatory: \"\"/*cupsMandatory: \"/' /etc/cups/ppd/broken.ppd > /tmp/broken.ppd && "
             "lpadmin -p broken -P /tmp/broken.ppd",
-            "ok broken: not used for billing codes" } },
+            "warning broken: the agent leaves its held jobs alone until its PPD loads" } },
         { &readme, { "--printer", "required" }, 1,
           { "ok required: the codes reach the printer as job-account-id",
             "problem required: the printer requires job-account-id",
