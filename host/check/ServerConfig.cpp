@@ -53,6 +53,9 @@ std::optional<ServerConfig> readServerConfig(CupsConnection &cups, QString *why)
         *why = copy.errorString();
         return std::nullopt;
     }
+    // An administrator is one already; a password prompt would stop a script.
+    cupsSetPasswordCB2([](const char *, http_t *, const char *, const char *, void *) -> const char * { return nullptr; },
+                       nullptr);
     const http_status_t status = cupsGetFd(cups.http(), "/admin/conf/cupsd.conf", copy.handle());
     if (status != HTTP_STATUS_OK) {
         *why = QString::fromUtf8(httpStatus(status));

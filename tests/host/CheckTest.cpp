@@ -34,8 +34,9 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     pdetest::QueueSetup broken = queue("broken", true);
     broken.servedPpd = kGeneratedPpd;
     // One scheduler set up as the README says, with queues that are not; a
-    // second whose page log does not record the codes.
-    pdetest::PrivateScheduler readme, noPageLog;
+    // second whose page log does not record the codes; a third that shows its
+    // configuration to nobody here.
+    pdetest::PrivateScheduler readme, noPageLog, closed;
     ASSERT_EQ(readme.start({ .queues = { queue("office", true), queue("open", true, {}, false), queue("raw", true, "-"),
                                          broken, queue("required", true, required), queue("nohold", false) },
                              .policyLines = pdetest::shippedPolicyLines(),
@@ -44,6 +45,9 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     ASSERT_EQ(noPageLog.start({ .queues = { queue("office", true) },
                                 .policyLines = { "JobPrivateAccess all", pdetest::shippedPolicyLines().last() },
                                 .extraLines = { "PageLogFormat" } }),
+              QString());
+    ASSERT_EQ(closed.start({ .queues = { queue("office", true) },
+                             .extraLines = { "<Location /admin/conf>", "AuthType Basic", "Require user @SYSTEM", "</Location>" } }),
               QString());
 
     const struct { const pdetest::PrivateScheduler *server; QStringList arguments; int exitCode; QStringList lines; } rows[] = {
@@ -81,6 +85,9 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
           { "warning server: the page log does not record the codes; in cupsd.conf set \"PageLogFormat %p",
             "problem server: under policy \"private\" other users can read the codes (JobPrivateAccess all lets other users read them)",
             "problem server: MaxEvents 100 is too low for 50 agents" } },
+        { &closed, { "--users", "50" }, 0,
+          { "warning server: cannot read cupsd.conf (Unauthorized); run as an administrator to check the policies, the "
+            "page log and the limits" } },
     };
     for (const auto &[server, arguments, exitCode, lines] : rows) {
         qputenv("CUPS_SERVER", server->server().toUtf8());
