@@ -33,17 +33,10 @@ const QStringList kCodeAttributes { kTicketPrefix + "bc.mainCode", kTicketPrefix
                                     kTicketPrefix + "bc.subCode",  kTicketPrefix + "bc.subCode2",
                                     "job-account-id", "job-accounting-user-id", "job-billing" };
 
-// The lines an administrator copies from the shipped file.
-QStringList shippedPolicyLines()
-{
-    const QByteArray text = pdetest::readFile(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
-    return QString::fromUtf8(text).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
-}
-
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
     { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true } },
-      .policyLines = shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
+      .policyLines = pdetest::shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
 using HeldJobs = pdetest::SchedulerTest;
@@ -190,7 +183,7 @@ TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
 // defaults is noticed. The owner's own release still works under the lines.
 TEST_F(HeldJobs, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
 {
-    ASSERT_EQ(shippedPolicyLines().size(), 2);
+    ASSERT_EQ(pdetest::shippedPolicyLines().size(), 2);
     for (const char *queue : { kPrivate, kHeld }) {
         const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", queue } + kSteps
             + QStringList { "-o", "job-accounting-user-id=clerk", sampleText() });

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QThread>
 
 #include <cups/cups.h>
@@ -92,6 +93,9 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
             lpadmin << "-o" << "printer-op-policy=private";
         if (QProcess::execute(QStringLiteral("/usr/sbin/lpadmin"), lpadmin) != 0) // its errors go to the test's
             return "lpadmin failed:\n" + log();
+        const QString ppd = m_root.filePath("etc/ppd/" + queue.name + ".ppd");
+        if (!queue.servedPpd.isEmpty() && !(QFile::remove(ppd) && QFile::copy(queue.servedPpd, ppd)))
+            return "cannot replace " + ppd;
     }
     return {};
 }
@@ -163,6 +167,12 @@ bool startServer(QProcess &process, const QString &program, const QStringList &a
         httpClose(http);
         return http != nullptr;
     }) && process.state() == QProcess::Running;
+}
+
+QStringList shippedPolicyLines()
+{
+    const QByteArray text = readFile(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
+    return QString::fromUtf8(text).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
 }
 
 bool waitUntil(const std::function<bool()> &done, int timeoutMs)

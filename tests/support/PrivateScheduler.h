@@ -22,6 +22,9 @@ struct QueueSetup
                             // "everywhere": made from what the printer at deviceUri reports
     bool privatePolicy = false; // under the policy "private" (SchedulerOptions::policyLines)
     QString deviceUri = {};     // empty: the recording backend
+    // Written over the queue's PPD once made: what the server then serves,
+    // even a PPD that lpadmin would refuse.
+    QString servedPpd = {};
 };
 
 struct SchedulerOptions
@@ -34,6 +37,9 @@ struct SchedulerOptions
     // Lines added to cups-files.conf (SetEnv for notifiers, say).
     QStringList filesLines = {};
 };
+
+// The lines an administrator copies from the shipped policy file.
+QStringList shippedPolicyLines();
 
 // A cupsd of the test's own on a free loopback port, every file in a
 // temporary folder. Queues print to a recording backend: each job that runs
