@@ -27,10 +27,12 @@ QMap<QString, QString> accountAttributes(const QString &code)
     return { { QString::fromLatin1(kJobAccountId), code }, { QString::fromLatin1(kJobBilling), code } };
 }
 
-QString applicationAccountCode(const QMap<QString, QString> &jobAttributes)
+QString applicationAccountCode(const QMap<QString, QString> &jobAttributes, const QString &placeholder)
 {
     const QString accountId = jobAttributes.value(QString::fromLatin1(kJobAccountId));
-    return accountId.isEmpty() ? jobAttributes.value(QString::fromLatin1(kJobBilling)) : accountId;
+    if (!accountId.isEmpty() && accountId != placeholder)
+        return accountId;
+    return jobAttributes.value(QString::fromLatin1(kJobBilling));
 }
 
 void seedAccountCode(const std::vector<LoadedPlugin> &plugins, pde::PrintSettings &settings, const QString &code)

@@ -31,7 +31,8 @@ QMap<QString, QString> accountAttributes(const QString &code);
 
 // The code a job arrived with from an application's own dialog: its
 // job-account-id, else its job-billing (the order CUPS's ipp backend uses).
-QString applicationAccountCode(const QMap<QString, QString> &jobAttributes);
+// The queue's default job-account-id (`placeholder`) is no code.
+QString applicationAccountCode(const QMap<QString, QString> &jobAttributes, const QString &placeholder);
 
 // Makes the print settings carry `code` for every plug-in that takes account
 // codes, so that its panels show it; nothing when the code is empty or the

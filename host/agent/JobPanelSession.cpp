@@ -5,6 +5,7 @@
 #include "host/HostCallback.h"
 #include "host/JobOptions.h"
 #include "host/PanelSession.h"
+#include "host/printer/BillingRoutes.h"
 #include "host/printer/PrinterPanels.h"
 
 #include <QWidget>
@@ -52,7 +53,8 @@ std::unique_ptr<JobPanelSession> JobPanelSession::open(const std::vector<LoadedP
     parts->seeds = callback.printSettings()->values();
     // A code typed into the application's own dialog fills the panels in,
     // unless the job carries a code of theirs already.
-    seedAccountCode(plugins, *callback.printSettings(), applicationAccountCode(job.attributes));
+    seedAccountCode(plugins, *callback.printSettings(),
+                    applicationAccountCode(job.attributes, queueAccountIdDefault(cups, job.queue)));
     parts->plugins = &plugins;
 
     PanelSession &session = parts->panels->session();

@@ -8,8 +8,8 @@ namespace pdeprint {
 
 namespace {
 
-// What the queue itself reports: servers without PPDs say it there.
-bool queueReportsAccountId(CupsConnection &cups, const QString &queue)
+// One attribute the queue reports, as text; empty when it has none.
+QString queueAttribute(CupsConnection &cups, const QString &queue, const char *name)
 {
     char uri[HTTP_MAX_URI];
     httpAssembleURIf(HTTP_URI_CODING_ALL, uri, sizeof(uri), "ipp", nullptr, "localhost", ippPort(), "/printers/%s",
@@ -17,12 +17,13 @@ bool queueReportsAccountId(CupsConnection &cups, const QString &queue)
     ipp_t *request = ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, cupsUser());
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr,
-                 "job-account-id-supported");
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr, name);
     const IppPtr response(cupsDoRequest(cups.http(), request, "/"));
-    ipp_attribute_t *supported =
-        response ? ippFindAttribute(response.get(), "job-account-id-supported", IPP_TAG_BOOLEAN) : nullptr;
-    return supported && ippGetBoolean(supported, 0);
+    ipp_attribute_t *attribute = response ? ippFindAttribute(response.get(), name, IPP_TAG_ZERO) : nullptr;
+    char value[1024] = {};
+    if (attribute)
+        ippAttributeString(attribute, value, sizeof(value));
+    return QString::fromUtf8(value);
 }
 
 } // namespace
@@ -47,9 +48,15 @@ BillingRoutes billingRoutesOf(CupsConnection &cups, const QString &queue, const 
     QString error;
     PpdPtr ppd(cups.openQueuePpd({ queue, {} }, &error));
     BillingRoutes routes = billingRoutesOf(ppd.get(), panelOptionKeys);
+    // Servers without PPDs say it in the queue's attributes.
     if (!ppd)
-        routes.accountId = queueReportsAccountId(cups, queue);
+        routes.accountId = queueAttribute(cups, queue, "job-account-id-supported") == QLatin1String("true");
     return routes;
+}
+
+QString queueAccountIdDefault(CupsConnection &cups, const QString &queue)
+{
+    return queueAttribute(cups, queue, "job-account-id-default");
 }
 
 } // namespace pdeprint

@@ -31,4 +31,8 @@ BillingRoutes billingRoutesOf(ppd_file_t *ppd, const QStringList &panelOptionKey
 // queue reports.
 BillingRoutes billingRoutesOf(CupsConnection &cups, const QString &queue, const QStringList &panelOptionKeys);
 
+// The job-account-id the queue gives every job that arrives without one: a
+// placeholder, where the printer requires a code; empty when none.
+QString queueAccountIdDefault(CupsConnection &cups, const QString &queue);
+
 } // namespace pdeprint

@@ -42,6 +42,8 @@ TEST_F(DriverlessQueue, TheMainCodeReachesThePrinterAsItsAccountIdAndThePageLog)
 {
     ASSERT_TRUE(printerEnvironment->error.isEmpty()) << qPrintable(printerEnvironment->error);
     pdetest::PrivateIppPrinter &printer = printerEnvironment->printer;
+    // The placeholder of a printer that requires a code: no code of the user's.
+    ASSERT_EQ(QProcess::execute("lpadmin", { "-p", kDriverless, "-o", "job-account-id-default=none" }), 0);
     const RunResult printed = runPdeprint({ "--no-dialog", "--printer", kDriverless, "--click", "mainCodeCB", "--type",
                                             "mainCodeText=4711", "--click", "subCodeCB", "--type", "subCodeText=9",
                                             sampleText() });
