@@ -89,7 +89,6 @@ TEST(Bundle, FilesThatAreNoPlugInGiveOneLineReasons)
 
 TEST(Bundle, LocalizedStringsFollowTheLocaleAndFallBackToValueThenKey)
 {
-    const QLocale saved;
     const auto bundle = Bundle::bundleForClass(&JpCoNuratPrintPdeQr7150kBC::staticMetaObject);
     ASSERT_TRUE(bundle);
     const QString key = QStringLiteral("Billing Code"), missing = QStringLiteral("No Such Label");
@@ -104,7 +103,6 @@ TEST(Bundle, LocalizedStringsFollowTheLocaleAndFallBackToValueThenKey)
         QLocale::setDefault(QLocale(QString::fromLatin1(c.locale)));
         EXPECT_EQ(bundle->localizedStringForKey(c.key, c.value, c.table), c.expected) << c.expected.toStdString();
     }
-    QLocale::setDefault(saved);
 }
 
 } // namespace

@@ -71,7 +71,6 @@ TEST_F(PanelRenderTest, PanelIsCleanInEachLanguageAndTheme)
         const QString path = QDir(QStringLiteral(PDE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(look.file));
         EXPECT_TRUE(window->grab().save(path));
     }
-    QApplication::setPalette(light);
 }
 
 } // namespace
