@@ -45,7 +45,6 @@ TEST_F(ControlsTest, ActionsApplyTheRulesAndLeaveTheFocus)
         { Hold, 1, -1, 1, { 0, 0, 0, 0 }, Nothing, true, true, 1 },
         { MainCB, 0, -1, 1, { x, 1, 1, 1 }, MainText, true, true, 1 },
         { MainCB, 0, 0, 1, { x, 0, 0, 0 }, Nothing, false, true, 0 }, // the sub code greyed, not cleared
-        { SubCB, 0, 1, 1, { x, x, x, 1 }, SubText, true, true, 1 },
         { SubCB, 0, 1, -1, { x, x, x, 1 }, SubText, true, true, -1 }, // mixed counts as on: the code stays
         { SubCB, 0, 1, 0, { x, x, x, 0 }, Nothing, true, false, 0 },
     };
