@@ -82,7 +82,6 @@ TEST_F(StoredPreferences, PrintingStoresTheControlsAndEveryLoadReplacesThem)
         pdetest::writeDomain(QVariantMap { { "Billing Code", fullRecord() } });
         createPanel();
         panel->restoreValuesAndReturnError(nullptr);
-        pde::setButtonState(panel->holdButton, 0);
         pde::setButtonState(panel->mainCodeCB, 1);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("a b:c@d"));
         pde::setButtonState(panel->subCodeCB, -1);
