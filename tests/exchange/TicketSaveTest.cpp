@@ -49,8 +49,7 @@ TEST_F(TicketSave, KeepsTheTicketsStampAndReplacesOneThatIsNotAStamp)
     pde::setStringValue(panel->mainCodeText, QStringLiteral("55"));
     const QString spoolTime = QStringLiteral("spoolTime");
     const struct { QString text; bool kept; } cases[] = {
-        { hexOf("Tue, 5 Mar 2024 09:07:03 +0900"), true }, { hexOf(QByteArray(16, 'x')), true },
-        { hexOf(QByteArray(63, 'x')), true },             { hexOf(QByteArray(15, 'x')), false },
+        { hexOf(QByteArray(16, 'x')), true }, { hexOf(QByteArray(63, 'x')), true }, { hexOf(QByteArray(15, 'x')), false },
         // 64 characters leave no room for the terminator.
         { hexOf(QByteArray(64, 'x')), false },
     };
