@@ -4,9 +4,7 @@
 
 #include "platform/ButtonState.h"
 #include "platform/Toolkit.h"
-#include "platform/UserDefaults.h"
 
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -40,7 +38,7 @@ using StoredPreferences = PanelOnSamplePrinter;
 TEST_F(StoredPreferences, NoDomainIsNeverCreated)
 {
     EXPECT_FALSE(panel->SaveUserPreference());
-    EXPECT_FALSE(QFileInfo::exists(pde::UserDefaults::fileNameForDomain(QString::fromLatin1(pdetest::kSampleDomain))));
+    EXPECT_FALSE(pdetest::readDomain());
 }
 
 // Creation checks the record before it loads it: a record of another model never fills the panel.
