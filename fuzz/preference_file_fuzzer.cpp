@@ -6,19 +6,17 @@
 #include "platform/UserDefaults.h"
 #include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 
-#include <QDir>
+#include <QFile>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     using pde::UserDefaults;
     const QString domain = QString::fromLatin1(pdetest::kSampleDomain);
-    QDir().mkpath(UserDefaults::preferencesDirectory());
     QFile::remove(UserDefaults::fileNameForDomain(domain));
     QFile::remove(UserDefaults::legacyFileNameForDomain(domain));
-    QFile file(size > 0 && data[0] == '{' ? UserDefaults::fileNameForDomain(domain) : UserDefaults::legacyFileNameForDomain(domain));
-    if (!file.open(QIODevice::WriteOnly) || file.write(reinterpret_cast<const char *>(data), qint64(size)) < 0)
+    const QString path = size > 0 && data[0] == '{' ? UserDefaults::fileNameForDomain(domain) : UserDefaults::legacyFileNameForDomain(domain);
+    if (!pdetest::writeFile(path, QByteArray(reinterpret_cast<const char *>(data), qsizetype(size))))
         return 0;
-    file.close();
 
     JpCoNuratPrintPdeQr7150kBC panel(pdefuzz::makeCallback());
     panel.panelView();

@@ -64,11 +64,16 @@ ParseResult parseCommandLine(const QStringList &arguments)
         { QStringLiteral("--release-kept"), [&] { options.releaseKept = true; } },
         { QStringLiteral("--agent"), [&] { options.agent = true; } },
         { QStringLiteral("--codes"), [&] { options.codes = true; } },
+        { QStringLiteral("--check"), [&] { options.check = true; } },
     };
     // Each answers an error text, empty when the value is good.
     using Valued = std::function<QString(const QString &)>;
     const std::map<QString, Valued> valued {
-        { QStringLiteral("--printer"), [&](const QString &v) { options.printer = v; return QString(); } },
+        { QStringLiteral("--printer"), [&](const QString &v) {
+              options.printer = v;
+              options.printers << v;
+              return QString();
+          } },
         { QStringLiteral("--ppd"), [&](const QString &v) { options.ppdFile = v; return QString(); } },
         { QStringLiteral("--screenshot"), [&](const QString &v) { options.screenshot = v; return QString(); } },
         { QStringLiteral("--plugins"), [&](const QString &v) { options.pluginFolders << v; return QString(); } },
@@ -78,6 +83,12 @@ ParseResult parseCommandLine(const QStringList &arguments)
               options.releaseJob = v.toInt(&ok);
               return ok && options.releaseJob > 0 ? QString()
                                                   : QStringLiteral("--release wants a job id, not \"%1\"").arg(v);
+          } },
+        { QStringLiteral("--users"), [&](const QString &v) {
+              bool ok = false;
+              options.users = v.toInt(&ok);
+              return ok && options.users > 0 ? QString()
+                                             : QStringLiteral("--users wants a number of agents, not \"%1\"").arg(v);
           } },
         { QStringLiteral("--click"), [&](const QString &v) {
               options.actions.push_back({ ControlAction::Kind::Click, v, {} });
@@ -152,6 +163,14 @@ ParseResult parseCommandLine(const QStringList &arguments)
             return fail(error);
     }
 
+    if (options.users > 0 && !options.check)
+        return fail(QStringLiteral("--users goes with --check"));
+    if (options.check) {
+        if (!options.files.isEmpty() || options.held || options.releaseJob > 0 || options.releaseKept || options.agent
+            || options.codes)
+            return fail(QStringLiteral("--check takes only --printer, --users and --plugins"));
+        return { options, {} };
+    }
     const int heldModes = int(options.held) + int(options.releaseJob > 0) + int(options.agent) + int(options.codes);
     if (heldModes > 1 || ((options.held || options.releaseJob > 0 || options.codes) && options.releaseKept))
         return fail(QStringLiteral("choose one of --held, --release, --agent, --codes (--release-kept goes with --agent)"));
@@ -206,6 +225,13 @@ QString usageText()
         "                       (default: the default queue) in a window, without a job\n"
         "  --queue NAME         serve only this queue (repeatable); default: the queues\n"
         "                       whose PPD has an option a panel handles\n"
+        "\n"
+        "\n"
+        "For administrators:\n"
+        "  --check              check that billing codes reach the printers and stay private:\n"
+        "                       one ok, warning or problem line per finding; exit 1 on a problem\n"
+        "  --printer NAME       with --check: check this queue (repeatable); default: all\n"
+        "  --users N            with --check: check the server's limits for N agents\n"
         "\n"
         "--click and --type are applied in the order given. Plug-ins are also found in\n"
         "the folders of $PDEPRINT_PLUGIN_PATH (separated by ':').\n");

@@ -46,6 +46,11 @@ struct Options
     bool agent = false;
     bool codes = false;         // the queue's panels in a window, without a job
     QStringList queues;         // --queue, repeatable: only these queues are served
+    // The administrator's check: the --printer queues (every --printer, in
+    // order; all queues when none), and the agents to allow for.
+    bool check = false;
+    QStringList printers;
+    int users = 0;
 };
 
 struct ParseResult

@@ -1,5 +1,6 @@
 #include "host/PluginLoader.h"
 
+#include "platform/AccountCodes.h"
 #include "platform/Bundle.h"
 #include "platform/PanelFactory.h"
 
@@ -87,7 +88,8 @@ std::vector<LoadedPlugin> loadPlugins(const QStringList &folders, QStringList *w
             identifiers.insert(bundle->bundleIdentifier());
             plugins.push_back({ bundle, factory, module.filePath(),
                                 metadataStrings(module.filePath(), "PreferenceDomainPrefixes"),
-                                metadataStringMap(module.filePath(), "KeptWhen") });
+                                metadataStringMap(module.filePath(), "KeptWhen"),
+                                qobject_cast<pde::AccountCodes *>(bundle->principalObject()) });
         }
     }
     return plugins;

@@ -8,6 +8,7 @@
 #include <vector>
 
 namespace pde {
+class AccountCodes;
 class Bundle;
 class PanelFactory;
 }
@@ -25,6 +26,9 @@ struct LoadedPlugin
     // is kept ("KeptWhen" in the metadata): the agent may then release a held
     // job without asking. Empty: never.
     QMap<QString, QString> keptWhen;
+    // Which print settings carry the job's account code; null when the
+    // plug-in's panels write none.
+    pde::AccountCodes *accountCodes = nullptr;
 };
 
 // Folders searched for plug-ins, in order: the build tree's, the install

@@ -1,5 +1,6 @@
 #include "host/PrintCommand.h"
 
+#include "host/AccountAttributes.h"
 #include "host/ControlActions.h"
 #include "host/CupsQueue.h"
 #include "host/DialogDriver.h"
@@ -127,8 +128,10 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     // among the saved options) must not keep it for the agent.
     requested.append({ QStringLiteral("job-hold-until"), QStringLiteral("no-hold") });
     requested.append(QList<std::pair<QString, QString>>(options.jobOptions.begin(), options.jobOptions.end()));
-    const JobOptions jobOptions =
+    JobOptions jobOptions =
         makeJobOptions(*panels->callback().printSettings(), session.panelOptionKeys(), requested, dialogSettings);
+    // The panels' code, when switched on, replaces what -o or the saved options said.
+    jobOptions.others.insert(accountAttributes(accountCodeOf(plugins, *panels->callback().printSettings())));
     if (options.dryRun) {
         const QMap<QString, QString> all = jobOptions.all();
         for (auto it = all.cbegin(); it != all.cend(); ++it)

@@ -4,6 +4,7 @@
 #include "host/CommandLine.h"
 #include "host/PrintCommand.h"
 #include "host/agent/AgentCommand.h"
+#include "host/check/CheckCommand.h"
 
 #include <QApplication>
 #include <QTextStream>
@@ -52,7 +53,7 @@ int main(int argc, char **argv)
     // and reads no font configuration, which the panels' unshown views never need.
     const bool agentCommand = pdeprint::isAgentCommand(options);
     const bool windows = options.codes || (options.agent && options.mode != pdeprint::DialogMode::Headless);
-    const bool headless = agentCommand ? !windows : !pdeprint::wantsDialog(options);
+    const bool headless = options.check || (agentCommand ? !windows : !pdeprint::wantsDialog(options));
     const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
     if (windows && !display) { // rather than Qt's abort
@@ -66,5 +67,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pdeprint"));
     QApplication::setApplicationVersion(QStringLiteral(PDEPRINT_VERSION));
+    if (options.check)
+        return pdeprint::runCheckCommand(options, out, err);
     return agentCommand ? pdeprint::runAgentCommand(options, out, err) : pdeprint::runPrintCommand(options, out, err);
 }

@@ -12,6 +12,7 @@
 #include "settings/CodeCipher.h"
 #include "settings/TicketKeys.h"
 #include "settings/TicketText.h"
+#include "settings/TicketValues.h"
 
 #include <cstring>
 #include <limits>
@@ -21,82 +22,11 @@ namespace {
 
 // Working buffers of one exchange.
 constexpr size_t kSpoolTimeSize = 64;
-constexpr size_t kTicketTextSize = 256;
-constexpr size_t kCodeAreaSize = 256;
 constexpr size_t kCipherSize = 512;
 constexpr size_t kDecodedSize = 512;
 constexpr size_t kBase64Size = 685; // Base64 of the whole cipher buffer and a terminator
 // A stamp shorter than the key or longer than its buffer is not ours.
 constexpr size_t kMinSpoolTimeLength = 16;
-
-// A code or stamp value as ASCII text of at most 255 characters, as its
-// buffer holds it; anything else is treated as absent.
-std::optional<QByteArray> ticketValue(const pde::PrintSettings *settings, const char *key)
-{
-    QString value;
-    if (PMPrintSettingsGetValue(settings, QString::fromLatin1(key), &value) != noErr)
-        return std::nullopt;
-    if (value.size() >= qsizetype(kTicketTextSize))
-        return std::nullopt;
-    for (QChar c : value) {
-        if (c.unicode() > 0x7f || c.unicode() == 0)
-            return std::nullopt;
-    }
-    return value.toLatin1();
-}
-
-// The leading decimal integer of a text (after blanks, with a sign), 0 when
-// there is none, clamped to 32 bits. What follows it does not matter.
-qint32 leadingInteger(QStringView text)
-{
-    qsizetype i = 0;
-    while (i < text.size() && (text[i] == u' ' || text[i] == u'\t' || text[i] == u'\n' || text[i] == u'\r'))
-        ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == u'+' || text[i] == u'-'))
-        negative = text[i++] == u'-';
-    qint64 value = 0;
-    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
-        value = value * 10 + (text[i].unicode() - u'0');
-        if (value > std::numeric_limits<qint32>::max())
-            return negative ? std::numeric_limits<qint32>::min() : std::numeric_limits<qint32>::max();
-    }
-    return qint32(negative ? -value : value);
-}
-
-// The integer value of a state in the ticket, read from the whole value
-// (however long, whatever follows the number); none when absent.
-std::optional<qint32> ticketInteger(const pde::PrintSettings *settings, const char *key)
-{
-    QString value;
-    if (PMPrintSettingsGetValue(settings, QString::fromLatin1(key), &value) != noErr)
-        return std::nullopt;
-    return leadingInteger(value);
-}
-
-// A check box's ticket value: on when present and not 0.
-bool ticketSwitch(const pde::PrintSettings *settings, const char *key)
-{
-    const std::optional<qint32> value = ticketInteger(settings, key);
-    return value && *value != 0;
-}
-
-// A code from its hex text, read in `encoding`; empty when absent, empty, or
-// not valid in the encoding.
-QString ticketCode(const pde::PrintSettings *settings, const char *key, pde::StringEncoding encoding)
-{
-    const std::optional<QByteArray> hex = ticketValue(settings, key);
-    if (!hex)
-        return QString();
-    char text[kTicketTextSize] = {};
-    std::memcpy(text, hex->constData(), size_t(hex->size()));
-    unsigned char decoded[kDecodedSize] = {};
-    myatoi(text, decoded, uint32_t(std::strlen(text)));
-    if (decoded[0] == 0)
-        return QString();
-    const char *bytes = reinterpret_cast<const char *>(decoded);
-    return pde::stringFromBytes(QByteArrayView(bytes, qsizetype(std::strlen(bytes))), encoding).value_or(QString());
-}
 
 // Restores one code field, from the stored preferences when they are pending.
 void restoreCode(const pde::PrintSettings *settings, bool pending, const QVariant &stored, const char *key,
@@ -143,18 +73,11 @@ void writeSwitch(pde::PrintSettings *settings, const char *key, const QAbstractB
 void writeCode(pde::PrintSettings *settings, const QLineEdit *field, const char *codeKey, const char *cipherKey,
                const char *stamp)
 {
-    uint32_t count = 0;
-    char hex[kCipherSize] = {};
     unsigned char code[kCodeAreaSize] = {};
-    if (field) {
-        const QString text = field->text();
-        const pde::EncodedBytes encoded =
-            pde::bytesFromString(text, qMin<qsizetype>(text.size(), kMaxCodeLength), pde::systemStringEncoding(),
-                                 reinterpret_cast<char *>(code), kMaxCodeLength);
-        count = uint32_t(encoded.bytes);
-        if (count != 0)
-            myitoa(code, hex, count);
-    }
+    const uint32_t count = field ? codeBytes(field->text(), code) : 0;
+    char hex[kCipherSize] = {};
+    if (count != 0)
+        myitoa(code, hex, count);
     MyPMPrintSetAsciiCStrValue(settings, QString::fromLatin1(codeKey), hex);
 
     std::memset(hex, 0, sizeof hex);

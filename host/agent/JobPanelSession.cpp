@@ -1,9 +1,11 @@
 #include "host/agent/JobPanelSession.h"
 
+#include "host/AccountAttributes.h"
 #include "host/CupsQueue.h"
 #include "host/HostCallback.h"
 #include "host/JobOptions.h"
 #include "host/PanelSession.h"
+#include "host/printer/BillingRoutes.h"
 #include "host/printer/PrinterPanels.h"
 
 #include <QWidget>
@@ -16,6 +18,7 @@ struct JobPanelSession::Parts
     std::unique_ptr<PrinterPanels> panels;
     QMap<QString, QString> seeds; // the print settings the job came with
     QMap<QString, QString> keptWhen;
+    const std::vector<LoadedPlugin> *plugins = nullptr;
 };
 
 JobPanelSession::JobPanelSession(std::unique_ptr<Parts> parts, HeldJob job)
@@ -48,6 +51,11 @@ std::unique_ptr<JobPanelSession> JobPanelSession::open(const std::vector<LoadedP
         callback.printSettings()->setValue(it.key(), it.value());
     }
     parts->seeds = callback.printSettings()->values();
+    // A code typed into the application's own dialog fills the panels in,
+    // unless the job carries a code of theirs already.
+    seedAccountCode(plugins, *callback.printSettings(),
+                    applicationAccountCode(job.attributes, queueAccountIdDefault(cups, job.queue)));
+    parts->plugins = &plugins;
 
     PanelSession &session = parts->panels->session();
     session.open();
@@ -99,6 +107,7 @@ bool JobPanelSession::finish(QMap<QString, QString> *ticket, QString *error)
         if (m_parts->seeds.value(it.key(), QString()) != it.value() || !m_parts->seeds.contains(it.key()))
             ticket->insert(it.key(), it.value());
     }
+    ticket->insert(accountAttributes(accountCodeOf(*m_parts->plugins, *m_parts->panels->callback().printSettings())));
     return true;
 }
 

@@ -46,7 +46,8 @@ public:
 
     // Saves the panels' values and asks every panel shouldPrint. The ticket
     // is every print setting the panels wrote or changed, minus the PPD
-    // options a panel handles itself. False when a panel stops the job.
+    // options a panel handles itself, and the standard account attributes
+    // when the panels' account code is on. False when a panel stops the job.
     bool finish(QMap<QString, QString> *ticket, QString *error);
 
 private:

@@ -1,6 +1,6 @@
 #include "host/agent/ServedQueues.h"
 
-#include "host/CupsQueue.h"
+#include "host/printer/BillingRoutes.h"
 
 namespace pdeprint {
 
@@ -15,12 +15,7 @@ bool ServedQueues::serves(CupsConnection &cups, const QString &queue)
         return m_named.contains(queue);
     if (auto known = m_known.constFind(queue); known != m_known.constEnd())
         return *known;
-    QString error;
-    ppd_file_t *ppd = cups.openQueuePpd({ queue, {} }, &error);
-    bool served = false;
-    for (const QString &key : m_panelOptionKeys)
-        served = served || (ppd && ppdFindOption(ppd, key.toUtf8().constData()));
-    ppdClose(ppd);
+    const bool served = billingRoutesOf(cups, queue, m_panelOptionKeys).reachPrinter();
     m_known.insert(queue, served);
     return served;
 }

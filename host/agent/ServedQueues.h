@@ -9,8 +9,9 @@ namespace pdeprint {
 class CupsConnection;
 
 // Which queues the agent handles: the queues named on the command line when
-// any were, otherwise those whose PPD has an option that a loaded panel
-// handles. The answer for a queue is remembered until forget().
+// any were, otherwise those whose codes reach the printer: a PPD option that a
+// loaded panel handles, or a printer that takes job-account-id. The answer
+// for a queue is remembered until forget().
 class ServedQueues
 {
 public:

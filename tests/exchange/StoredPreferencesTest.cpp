@@ -4,9 +4,7 @@
 
 #include "platform/ButtonState.h"
 #include "platform/Toolkit.h"
-#include "platform/UserDefaults.h"
 
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -40,7 +38,7 @@ using StoredPreferences = PanelOnSamplePrinter;
 TEST_F(StoredPreferences, NoDomainIsNeverCreated)
 {
     EXPECT_FALSE(panel->SaveUserPreference());
-    EXPECT_FALSE(QFileInfo::exists(pde::UserDefaults::fileNameForDomain(QString::fromLatin1(pdetest::kSampleDomain))));
+    EXPECT_FALSE(pdetest::readDomain());
 }
 
 // Creation checks the record before it loads it: a record of another model never fills the panel.
@@ -82,7 +80,6 @@ TEST_F(StoredPreferences, PrintingStoresTheControlsAndEveryLoadReplacesThem)
         pdetest::writeDomain(QVariantMap { { "Billing Code", fullRecord() } });
         createPanel();
         panel->restoreValuesAndReturnError(nullptr);
-        pde::setButtonState(panel->holdButton, 0);
         pde::setButtonState(panel->mainCodeCB, 1);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("a b:c@d"));
         pde::setButtonState(panel->subCodeCB, -1);

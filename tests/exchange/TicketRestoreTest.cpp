@@ -31,10 +31,10 @@ protected:
 
 TEST_F(TicketRestore, FillsTheControlsFromTheTicket)
 {
-    const struct { const char *name; QMap<QString, QString> ticket; const char *expected; } cases[] = {
+    const struct { const char *name; QMap<QString, QString> ticket; const char *expected; bool settings = true; } cases[] = {
         { "all on", { { "holdButton", "1" }, { "mainCodecb", "1" }, { "mainCode", "31323334" }, { "subCodecb", "1" },
                       { "subCode", "35" } }, "1 1 1 [1234] [5]" },
-        { "empty ticket", {}, "0 0 0 [] []" },
+        { "without print settings the controls stay as they are", {}, "1 1 1 [old] [5]", false },
         { "an even keep value is off; a negative one clamps to an even one", { { "holdButton", "-3000000000" } }, "0 0 0 [] []" },
         { "a keep value of -1 is on", { { "holdButton", "-1" } }, "1 0 0 [] []" },
         { "states are the leading integer of any value, after blanks, signed, clamped to 32 bits",
@@ -50,6 +50,7 @@ TEST_F(TicketRestore, FillsTheControlsFromTheTicket)
         SCOPED_TRACE(c.name);
         pde::setStringValue(panel->mainCodeText, QStringLiteral("old"));
         setTicket(c.ticket);
+        callback->settingsAvailable = c.settings;
         EXPECT_EQ(restored(), c.expected);
     }
 }
@@ -78,14 +79,6 @@ TEST_F(TicketRestore, PendingRecordFillsThePanelOnce)
         EXPECT_EQ(panel->prefHoldButtonFlag, 2u) << "only bit 0 is cleared";
         EXPECT_EQ(restored(), "0 1 1 [1] [9]") << "the next restore reads the ticket only";
     }
-}
-
-TEST_F(TicketRestore, WithoutPrintSettingsTheControlsStayAsTheyAre)
-{
-    pde::setButtonState(panel->mainCodeCB, 1);
-    pde::setStringValue(panel->mainCodeText, QStringLiteral("12"));
-    callback->settingsAvailable = false;
-    EXPECT_EQ(restored(), "0 1 0 [12] []");
 }
 
 } // namespace

@@ -16,8 +16,7 @@ TEST_F(TicketSave, CodesAreCutAndEncryptedWhateverTheirCheckBox)
     const QString e16(16, QChar(0xE9));
     const struct { const char *name; int box; QString text; QByteArray bytes; } cases[] = {
         { "empty code, box on: both keys removed", 1, QString(), QByteArray() },
-        { "mixed box is written as off", -1, QStringLiteral("1234"), "1234" },
-        { "exactly one block", 1, QString(16, QLatin1Char('7')), QByteArray(16, '7') },
+        { "mixed box written as off; 20 bytes in two blocks", -1, QString(20, QLatin1Char('1')), QByteArray(20, '1') },
         { "cut at 32 characters", 1, QString(40, QLatin1Char('A')), QByteArray(32, 'A') },
         { "a one-byte character after 32 bytes is cut", 1, e16 + QLatin1Char('A'), e16.toUtf8() },
     };
@@ -48,13 +47,8 @@ TEST_F(TicketSave, KeepsTheTicketsStampAndReplacesOneThatIsNotAStamp)
     pde::setButtonState(panel->mainCodeCB, 1);
     pde::setStringValue(panel->mainCodeText, QStringLiteral("55"));
     const QString spoolTime = QStringLiteral("spoolTime");
-    // A missing stamp is made whole.
-    panel->saveValuesAndReturnError(nullptr);
-    EXPECT_GE(stamp().size(), 30);
-
     const struct { QString text; bool kept; } cases[] = {
-        { hexOf("Tue, 5 Mar 2024 09:07:03 +0900"), true }, { hexOf(QByteArray(16, 'x')), true },
-        { hexOf(QByteArray(63, 'x')), true },             { hexOf(QByteArray(15, 'x')), false },
+        { hexOf(QByteArray(16, 'x')), true }, { hexOf(QByteArray(63, 'x')), true }, { hexOf(QByteArray(15, 'x')), false },
         // 64 characters leave no room for the terminator.
         { hexOf(QByteArray(64, 'x')), false },
     };

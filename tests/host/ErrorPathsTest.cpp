@@ -39,6 +39,10 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
         { { "--codes", "--agent" }, "choose one of", 2 },
         { { "--codes", "--release-kept" }, "choose one of", 2 },
         { { "--codes", "--no-dialog" }, "opens a window", 2 },
+        { { "--check", sampleText() }, "--check takes only", 2 },
+        { { "--users", "5", sampleText() }, "--users goes with --check", 2 },
+        { { "--check", "--users", "0" }, "--users wants a number", 2 },
+        { { "--check" }, "cannot reach the CUPS server", 2 },
         { dryRun({ "--type", "=1" }), "NAME=TEXT", 2 },
         { dryRun({ "-o", "novalue" }), "NAME=VALUE", 2 },
         { dryRun({ "--copies", "0" }), "--copies", 2 },
@@ -76,8 +80,8 @@ TEST(ErrorPaths, BadInputStopsWithOneLineAndNoTicket)
 }
 
 // The dialog's settings, the command line's options and the panels' ticket
-// (which wins), one sorted name=value a line; the PPD options the panel
-// handles stay out.
+// and account code (which win), one sorted name=value a line; the PPD
+// options the panel handles stay out.
 TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
 {
     QTemporaryDir dir;
@@ -85,13 +89,14 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
     ASSERT_TRUE(pdetest::writeFile(pdf, "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n"));
     const RunResult result = runPdeprint(kDryRun + QStringList {
         "--summary", "-o", "media=A4", "--copies=2", "--pages", "3-3,5,7-", "--sides", "two-sided-long-edge", "-o",
-        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "--click",
+        "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "-o", "job-billing=APP", "--click",
         "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
     for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=3-3,5,7-", "sides=two-sided-long-edge",
-                                 kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334" })
+                                 kTicketPrefix + "bc.mainCodecb=1", kTicketPrefix + "bc.mainCode=31323D3334",
+                                 "job-account-id=12=34", "job-billing=12=34" })
         EXPECT_TRUE(lines.contains(line)) << qPrintable(line) << " in " << qPrintable(result.out);
     QStringList names;
     for (const QString &line : lines)

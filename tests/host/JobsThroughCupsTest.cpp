@@ -28,19 +28,15 @@ constexpr char kPlain[] = "plain";       // prints at once
 constexpr char kPrivate[] = "private";   // holds jobs; under the shipped privacy lines
 const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
                            "--click", "subCodeCB",  "--type", "subCodeText=9" };
-const QStringList kCodeKeys { "bc.mainCode", "bc.mainCode2", "bc.subCode", "bc.subCode2" };
-
-// The lines an administrator copies from the shipped file.
-QStringList shippedPolicyLines()
-{
-    const QByteArray text = pdetest::readFile(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
-    return QString::fromUtf8(text).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
-}
+// Every attribute that carries a code: the ticket's and the standard ones.
+const QStringList kCodeAttributes { kTicketPrefix + "bc.mainCode", kTicketPrefix + "bc.mainCode2",
+                                    kTicketPrefix + "bc.subCode",  kTicketPrefix + "bc.subCode2",
+                                    "job-account-id", "job-accounting-user-id", "job-billing" };
 
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
     { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true } },
-      .policyLines = shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
+      .policyLines = pdetest::shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
 using HeldJobs = pdetest::SchedulerTest;
@@ -53,12 +49,12 @@ int jobCount()
     return count;
 }
 
-// The code-bearing keys of the job that `user` is shown.
-QStringList codeKeysSeenBy(int jobId, const char *user)
+// The code-bearing attributes of the job that `user` is shown.
+QStringList codeAttributesSeenBy(int jobId, const char *user)
 {
     const QMap<QString, QString> attributes = pdetest::jobAttributes(jobId, user);
-    QStringList seen = kCodeKeys;
-    seen.removeIf([&](const QString &key) { return !attributes.contains(kTicketPrefix + key); });
+    QStringList seen = kCodeAttributes;
+    seen.removeIf([&](const QString &name) { return !attributes.contains(name); });
     return seen;
 }
 
@@ -206,18 +202,19 @@ TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
 // defaults is noticed. The owner's own release still works under the lines.
 TEST_F(HeldJobs, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
 {
-    ASSERT_EQ(shippedPolicyLines().size(), 2);
+    ASSERT_EQ(pdetest::shippedPolicyLines().size(), 2);
     for (const char *queue : { kPrivate, kHeld }) {
-        const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", queue } + kSteps + QStringList { sampleText() });
+        const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", queue } + kSteps
+            + QStringList { "-o", "job-accounting-user-id=clerk", sampleText() });
         const int job = pdetest::jobIdIn(printed.out);
         ASSERT_GT(job, 0) << qPrintable(printed.err);
-        EXPECT_EQ(codeKeysSeenBy(job, cupsUser()), kCodeKeys) << queue;
-        EXPECT_EQ(codeKeysSeenBy(job, "mallory"), queue == kPrivate ? QStringList() : kCodeKeys) << queue;
+        EXPECT_EQ(codeAttributesSeenBy(job, cupsUser()), kCodeAttributes) << queue;
+        EXPECT_EQ(codeAttributesSeenBy(job, "mallory"), queue == kPrivate ? QStringList() : kCodeAttributes) << queue;
     }
     const int held = lp(kPrivate);
     EXPECT_EQ(runPdeprint(QStringList { "--release", QString::number(held) } + kSteps).exitCode, 0);
     EXPECT_EQ(scheduler().received(held).value(kTicketPrefix + "bc.mainCode"), "37374142");
-    EXPECT_EQ(codeKeysSeenBy(held, "mallory"), QStringList());
+    EXPECT_EQ(codeAttributesSeenBy(held, "mallory"), QStringList());
 }
 
 // pdeprint's own job carries its ticket past the holding queue, and the codes

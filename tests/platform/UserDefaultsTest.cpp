@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -51,23 +50,12 @@ void rewriteInPlace(const QString &path, const QByteArray &before, const QByteAr
     ASSERT_TRUE(file.setFileTime(stamp, QFileDevice::FileModificationTime)); // only an open file takes a time
 }
 
-// Each test gets a preferences folder of its own that does not exist yet.
+// Each test runs in a process of its own, whose preferences folder does not exist yet.
 class UserDefaultsTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(home.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.path()));
-        UserDefaults::resetStandardUserDefaults();
-        path = UserDefaults::fileNameForDomain(kDomain);
-        legacyPath = UserDefaults::legacyFileNameForDomain(kDomain);
-    }
-    void TearDown() override { qputenv("XDG_CONFIG_HOME", savedConfigHome); }
-
-    QTemporaryDir home;
-    QByteArray savedConfigHome = qgetenv("XDG_CONFIG_HOME");
-    QString path, legacyPath;
+    QString path = UserDefaults::fileNameForDomain(kDomain);
+    QString legacyPath = UserDefaults::legacyFileNameForDomain(kDomain);
 };
 
 TEST_F(UserDefaultsTest, EveryKindOfValueComesBackWithItsTypeFromAPrivateFile)
@@ -110,7 +98,7 @@ TEST_F(UserDefaultsTest, EveryDomainNameStaysInsideTheFolderAndApart)
         EXPECT_FALSE(file.fileName().startsWith(QLatin1Char('.'))) << n;
         ASSERT_TRUE(writeFresh(names[n], { { "n", n } }));
     }
-    EXPECT_EQ(QDir(home.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+    EXPECT_EQ(QDir(qEnvironmentVariable("XDG_CONFIG_HOME")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
               QStringList { QStringLiteral("print-preferences") });
     for (int n = 0; n < names.size(); ++n)
         EXPECT_EQ(readDomain(names[n]).value_or(QVariantMap()).value("n").toInt(), n) << n;

@@ -21,7 +21,6 @@ TEST(ModulePanel, FactoryOfTheLoadedModuleAnswersOnePanelForThePrintDialogOnly)
     auto panels = factory->PDEPanelsForType(QString::fromLatin1(pde::kPrintDialogType), host);
     ASSERT_TRUE(panels && panels->size() == 1);
     EXPECT_EQ(panels->front()->panelKind(), QStringLiteral("jp.co.nurat.print.pde.qr7150k.BillingCodeKind"));
-    EXPECT_EQ(panels->front()->supportedPPDOptionKeys(), (QStringList { "ARMainCode", "ARSubCode" }));
     panels.reset();
     EXPECT_EQ(host.use_count(), 1) << "the panel lets the host's callback go";
 }

@@ -58,7 +58,6 @@ TEST_F(PanelTest, RestoreFirstLoadsTheViewAndOwnsItUntilAHostTakesIt)
         EXPECT_TRUE(panel.restoreValuesAndReturnError(nullptr));
         view = panel.panelView_;
         ASSERT_TRUE(view);
-        EXPECT_EQ(panel.panelView(), view.data()) << "asked again, the host gets the same view";
 
         parented.restoreValuesAndReturnError(nullptr);
         taken = parented.panelView();

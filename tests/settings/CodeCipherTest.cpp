@@ -12,8 +12,6 @@
 
 namespace {
 
-const QByteArray kJunk(64, '\xA5');
-
 unsigned char *u(QByteArray &data) { return reinterpret_cast<unsigned char *>(data.data()); }
 
 // No zero byte: codes and key strings end at the first one.
@@ -37,7 +35,7 @@ TEST(CodeCipher, EveryCodeLengthMatchesZeroFilledEcb)
         const QByteArray code = randomText(random, length);
         const QByteArray expected = pdetest::aes128Ecb(keyString.right(16), code);
         // As the panel calls it: the code in a zero-filled area, an output full of junk.
-        QByteArray area = code.leftJustified(64, '\0'), output = kJunk;
+        QByteArray area = code.leftJustified(64, '\0'), output(64, '\xA5');
         my_aes_encrypt2(u(area), u(keyString), u(output), 64);
         EXPECT_EQ(output, expected.leftJustified(64, '\0'));
     }

@@ -5,9 +5,9 @@
 
 namespace pdetest {
 
-int lp(const char *queue, const char *user)
+int lp(const char *queue, const char *user, const QStringList &options)
 {
-    QStringList arguments { "-d", queue, "-o", "raw" };
+    QStringList arguments = QStringList { "-d", queue } + options;
     if (user)
         arguments << "-U" << user;
     QProcess process;

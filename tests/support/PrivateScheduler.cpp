@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QThread>
 
 #include <cups/cups.h>
@@ -19,8 +20,6 @@
 
 namespace pdetest {
 
-namespace {
-
 int freeLoopbackPort()
 {
     const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
@@ -34,8 +33,6 @@ int freeLoopbackPort()
     return bound ? ntohs(address.sin_port) : 0;
 }
 
-} // namespace
-
 QString PrivateScheduler::start(const SchedulerOptions &options)
 {
     m_port = freeLoopbackPort();
@@ -46,6 +43,8 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     // Filters and notifiers are the system's; the backend folder is ours.
     for (const char *folder : { "cgi-bin", "daemon", "driver", "filter", "monitor", "notifier" })
         QFile::link(QStringLiteral("/usr/lib/cups/") + folder, m_root.filePath(QStringLiteral("bin/") + folder));
+    // ipp, for queues of a printer of the test's own.
+    QFile::link(QStringLiteral("/usr/lib/cups/backend/ipp"), m_root.filePath("bin/backend/ipp"));
     const QString backend = m_root.filePath("bin/backend/record");
     if (!QFile::copy(QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-backend.sh"), backend))
         return QStringLiteral("cannot install the recording backend");
@@ -82,8 +81,11 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
     if (QString error = launch(); !error.isEmpty())
         return error;
     for (const QueueSetup &queue : options.queues) {
-        QStringList lpadmin { "-p", queue.name, "-E", "-v", "record:" + m_root.filePath("records") };
-        if (queue.ppd != "-")
+        QStringList lpadmin { "-p", queue.name, "-E", "-v",
+                              queue.deviceUri.isEmpty() ? "record:" + m_root.filePath("records") : queue.deviceUri };
+        if (queue.ppd == "everywhere")
+            lpadmin << "-m" << "everywhere";
+        else if (queue.ppd != "-")
             lpadmin << "-P" << (queue.ppd.isEmpty() ? samplePpdPath() : queue.ppd);
         if (queue.holdsJobs)
             lpadmin << "-o" << "job-hold-until-default=indefinite";
@@ -91,6 +93,9 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
             lpadmin << "-o" << "printer-op-policy=private";
         if (QProcess::execute(QStringLiteral("/usr/sbin/lpadmin"), lpadmin) != 0) // its errors go to the test's
             return "lpadmin failed:\n" + log();
+        const QString ppd = m_root.filePath("etc/ppd/" + queue.name + ".ppd");
+        if (!queue.servedPpd.isEmpty() && !(QFile::remove(ppd) && QFile::copy(queue.servedPpd, ppd)))
+            return "cannot replace " + ppd;
     }
     return {};
 }
@@ -99,21 +104,10 @@ QString PrivateScheduler::launch()
 {
     m_cupsd = std::make_unique<QProcess>();
     m_cupsd->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_cupsd->setStandardInputFile(QProcess::nullDevice());
-    // Dies with the test process, should that go first.
-    m_cupsd->setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
-    m_cupsd->start(QStringLiteral("/usr/sbin/cupsd"),
-                   { "-f", "-c", m_root.filePath("etc/cupsd.conf"), "-s", m_root.filePath("etc/cups-files.conf") });
-    if (!m_cupsd->waitForStarted(10000))
-        return QStringLiteral("cupsd did not start");
-    const bool up = waitUntil([this] {
-        if (m_cupsd->state() != QProcess::Running)
-            return true;
-        http_t *http = httpConnect2("127.0.0.1", m_port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
-        httpClose(http);
-        return http != nullptr;
-    });
-    if (!up || m_cupsd->state() != QProcess::Running)
+    const bool up = startServer(*m_cupsd, QStringLiteral("/usr/sbin/cupsd"),
+                                { "-f", "-c", m_root.filePath("etc/cupsd.conf"), "-s", m_root.filePath("etc/cups-files.conf") },
+                                m_port);
+    if (!up)
         return QStringLiteral("cupsd did not come up on %1:\n%2").arg(m_server, log());
     return {};
 }
@@ -143,6 +137,11 @@ QString PrivateScheduler::log() const
     return QString::fromUtf8(readFile(m_root.filePath("log/error_log")).right(4000));
 }
 
+QString PrivateScheduler::pageLog() const
+{
+    return QString::fromUtf8(readFile(m_root.filePath("log/page_log")));
+}
+
 int PrivateScheduler::accessLogLines() const
 {
     return int(readFile(m_root.filePath("log/access_log")).count('\n'));
@@ -153,6 +152,27 @@ SchedulerEnvironment *SchedulerEnvironment::add(SchedulerOptions options)
     SchedulerTest::environment = new SchedulerEnvironment(std::move(options));
     ::testing::AddGlobalTestEnvironment(SchedulerTest::environment);
     return SchedulerTest::environment;
+}
+
+bool startServer(QProcess &process, const QString &program, const QStringList &arguments, int port)
+{
+    process.setStandardInputFile(QProcess::nullDevice());
+    // Dies with the test process, should that go first.
+    process.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    process.start(program, arguments);
+    return process.waitForStarted(10000) && waitUntil([&] {
+        if (process.state() != QProcess::Running)
+            return true;
+        http_t *http = httpConnect2("127.0.0.1", port, nullptr, AF_INET, HTTP_ENCRYPTION_NEVER, 1, 200, nullptr);
+        httpClose(http);
+        return http != nullptr;
+    }) && process.state() == QProcess::Running;
+}
+
+QStringList shippedPolicyLines()
+{
+    const QByteArray text = readFile(QStringLiteral(PDE_SOURCE_DIR "/examples/billing-codes-private.policy"));
+    return QString::fromUtf8(text).split(QLatin1Char('\n')).filter(QRegularExpression("^(?!#)\\s*\\S"));
 }
 
 bool waitUntil(const std::function<bool()> &done, int timeoutMs)

@@ -18,8 +18,13 @@ struct QueueSetup
 {
     QString name;
     bool holdsJobs = false; // job-hold-until-default=indefinite
-    QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves
+    QString ppd;            // empty: the sample PPD; "-": none, a queue no panel serves;
+                            // "everywhere": made from what the printer at deviceUri reports
     bool privatePolicy = false; // under the policy "private" (SchedulerOptions::policyLines)
+    QString deviceUri = {};     // empty: the recording backend
+    // Written over the queue's PPD once made: what the server then serves,
+    // even a PPD that lpadmin would refuse.
+    QString servedPpd = {};
 };
 
 struct SchedulerOptions
@@ -32,6 +37,9 @@ struct SchedulerOptions
     // Lines added to cups-files.conf (SetEnv for notifiers, say).
     QStringList filesLines = {};
 };
+
+// The lines an administrator copies from the shipped policy file.
+QStringList shippedPolicyLines();
 
 // A cupsd of the test's own on a free loopback port, every file in a
 // temporary folder. Queues print to a recording backend: each job that runs
@@ -64,6 +72,7 @@ public:
     // Those options parsed as a backend parses them, once the job ran (waits for it).
     QMap<QString, QString> received(int jobId) const;
     QString log() const;
+    QString pageLog() const;
     // Lines in the access log: requests served, with `AccessLogLevel all`.
     int accessLogLines() const;
 
@@ -110,6 +119,12 @@ protected:
     PrivateScheduler &scheduler() { return environment->scheduler; }
     QTemporaryDir config;
 };
+
+// A TCP port on loopback that nobody listens on now.
+int freeLoopbackPort();
+// Starts a server that dies with the test process and waits until it answers
+// on that port of 127.0.0.1; false when it stopped or never answered.
+bool startServer(QProcess &process, const QString &program, const QStringList &arguments, int port);
 
 // Polls `done` every 20 ms until it holds or `timeoutMs` passed; answers its last value.
 bool waitUntil(const std::function<bool()> &done, int timeoutMs = 20000);

@@ -40,12 +40,10 @@ TEST_F(ControlsTest, ActionsApplyTheRulesAndLeaveTheFocus)
     constexpr int x = 9;
     const struct { Action action; int hold, main, sub; std::array<int, 4> usable; Focus focus;
                    bool mainKept, subKept; int subAfter; } cases[] = {
-        { Hold, 0, -1, -1, { 1, 1, 1, 1 }, SubText, true, true, -1 },
         { Hold, 0, 0, 1, { 1, 0, 0, 1 }, SubText, true, true, 1 }, // the sub field follows its own box only
         { Hold, 1, -1, 1, { 0, 0, 0, 0 }, Nothing, true, true, 1 },
         { MainCB, 0, -1, 1, { x, 1, 1, 1 }, MainText, true, true, 1 },
         { MainCB, 0, 0, 1, { x, 0, 0, 0 }, Nothing, false, true, 0 }, // the sub code greyed, not cleared
-        { SubCB, 0, 1, 1, { x, x, x, 1 }, SubText, true, true, 1 },
         { SubCB, 0, 1, -1, { x, x, x, 1 }, SubText, true, true, -1 }, // mixed counts as on: the code stays
         { SubCB, 0, 1, 0, { x, x, x, 0 }, Nothing, true, false, 0 },
     };

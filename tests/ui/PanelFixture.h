@@ -20,7 +20,6 @@ class PanelFixture : public ::testing::Test
 {
 protected:
     void SetUp() override { buildPanel(QLocale(QLocale::English, QLocale::UnitedStates)); }
-    void TearDown() override { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
 
     void buildPanel(const QLocale &locale)
     {

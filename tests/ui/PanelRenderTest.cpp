@@ -34,21 +34,16 @@ void expectCleanLayout(JpCoNuratPrintPdeQr7150kBC &panel)
     }
 }
 
-// A dark theme as desktops ship it: light text on dark fields.
-QPalette darkPalette()
-{
-    QPalette dark(QColor(53, 53, 53), QColor(53, 53, 53));
-    dark.setColor(QPalette::Disabled, QPalette::Text, QColor(127, 127, 127));
-    return dark;
-}
-
 TEST_F(PanelRenderTest, PanelIsCleanInEachLanguageAndTheme)
 {
     const QPalette light = QApplication::palette();
+    // A dark theme as desktops ship it: light text on dark fields.
+    QPalette dark(QColor(53, 53, 53), QColor(53, 53, 53));
+    dark.setColor(QPalette::Disabled, QPalette::Text, QColor(127, 127, 127));
     const struct { QLocale locale; const char *file; QPalette palette; } looks[] = {
         { QLocale(QLocale::English, QLocale::UnitedStates), "panel-en.png", light },
         { QLocale(QLocale::Japanese, QLocale::Japan), "panel-ja.png", light },
-        { QLocale(QLocale::English, QLocale::UnitedStates), "panel-dark.png", darkPalette() },
+        { QLocale(QLocale::English, QLocale::UnitedStates), "panel-dark.png", dark },
     };
     ASSERT_TRUE(QDir().mkpath(QStringLiteral(PDE_SCREENSHOT_DIR)));
     for (const auto &look : looks) {
@@ -71,7 +66,6 @@ TEST_F(PanelRenderTest, PanelIsCleanInEachLanguageAndTheme)
         const QString path = QDir(QStringLiteral(PDE_SCREENSHOT_DIR)).filePath(QString::fromLatin1(look.file));
         EXPECT_TRUE(window->grab().save(path));
     }
-    QApplication::setPalette(light);
 }
 
 } // namespace

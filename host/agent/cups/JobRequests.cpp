@@ -1,5 +1,6 @@
 #include "host/agent/cups/JobRequests.h"
 
+#include "host/AccountAttributes.h"
 #include "host/agent/cups/IppPtr.h"
 
 #include <QByteArray>
@@ -136,10 +137,11 @@ bool releaseJob(http_t *http, int jobId, const QMap<QString, QString> &ticket, Q
     ipp_t *request = ippNewRequest(IPP_OP_SET_JOB_ATTRIBUTES);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "job-uri", nullptr, jobUri(jobId).constData());
     addUser(request);
-    // Text, so that long all-digit values are not taken for numbers.
+    // Text, so that long all-digit values are not taken for numbers; the
+    // standard account attributes are names, as lp sends them.
     for (auto it = ticket.cbegin(); it != ticket.cend(); ++it)
-        ippAddString(request, IPP_TAG_JOB, IPP_TAG_TEXT, it.key().toUtf8().constData(), nullptr,
-                     it.value().toUtf8().constData());
+        ippAddString(request, IPP_TAG_JOB, isAccountAttribute(it.key()) ? IPP_TAG_NAME : IPP_TAG_TEXT,
+                     it.key().toUtf8().constData(), nullptr, it.value().toUtf8().constData());
     ippAddString(request, IPP_TAG_JOB, IPP_TAG_KEYWORD, "job-hold-until", nullptr, "no-hold");
     const IppPtr response(cupsDoRequest(http, request, "/"));
     if (!response || cupsLastError() > IPP_STATUS_OK_CONFLICTING) {

@@ -1,0 +1,109 @@
+#include "host/check/ServerFindings.h"
+
+namespace pdeprint {
+
+namespace {
+
+using enum Finding::Level;
+
+const QString kServer = QStringLiteral("server");
+
+// The shipped policy line (examples/billing-codes-private.policy), put here
+// by the build so that the check and the file cannot disagree.
+const QString kPrivateValuesLine = QStringLiteral(PDE_PRIVATE_VALUES_LINE);
+
+// cupsd's own values when cupsd.conf does not set one.
+constexpr int kDefaultLimit = 100;
+const QString kDefaultPageLogFormat =
+    QStringLiteral("%p %u %j %T %P %C %{job-billing} %{job-originating-host-name} %{job-name} %{media} %{sides}");
+
+} // namespace
+
+QStringList codeAttributes()
+{
+    QStringList words = kPrivateValuesLine.split(QLatin1Char(' '), Qt::SkipEmptyParts).mid(1);
+    words.removeAll(QStringLiteral("default"));
+    return words;
+}
+
+Findings policyFindings(const ServerConfig &config, const QStringList &policies)
+{
+    Findings findings;
+    for (const QString &name : policies) {
+        const ServerConfig::Policy policy = config.policies.value(name.toLower());
+        QStringList wrong;
+        // Any JobPrivateAccess but these shows private values to others.
+        for (const QString &word : policy.privateAccess) {
+            if (!word.compare(QLatin1String("all"), Qt::CaseInsensitive)
+                || !word.compare(QLatin1String("@ACL"), Qt::CaseInsensitive))
+                wrong << QStringLiteral("JobPrivateAccess %1 lets other users read them").arg(word);
+        }
+        if (!policy.privateValues.contains(QLatin1String("all"), Qt::CaseInsensitive)) {
+            QStringList missing;
+            for (const QString &attribute : codeAttributes()) {
+                if (!policy.privateValues.contains(attribute))
+                    missing << attribute;
+            }
+            if (!missing.isEmpty())
+                wrong << QStringLiteral("JobPrivateValues leaves out %1").arg(missing.join(QStringLiteral(", ")));
+        }
+        if (wrong.isEmpty()) {
+            findings.push_back({ Ok, kServer, QStringLiteral("policy \"%1\" keeps the codes private to the job's owner").arg(name) });
+            continue;
+        }
+        findings.push_back({ Problem, kServer,
+                             QStringLiteral("under policy \"%1\" other users can read the codes (%2); in the block "
+                                            "<Policy %1> of cupsd.conf put the lines \"JobPrivateAccess default\" "
+                                            "and \"%3\" instead of its own, then restart cupsd")
+                                 .arg(name, wrong.join(QStringLiteral("; ")), kPrivateValuesLine) });
+    }
+    return findings;
+}
+
+Finding pageLogFinding(const ServerConfig &config)
+{
+    const QString format = config.directives.value(QStringLiteral("pagelogformat"), kDefaultPageLogFormat);
+    if (format.contains(QLatin1String("%{job-billing}")) || format.contains(QLatin1String("%{job-account-id}")))
+        return { Ok, kServer, QStringLiteral("the page log records the codes") };
+    return { Warning, kServer,
+             QStringLiteral("the page log does not record the codes; in cupsd.conf set \"PageLogFormat %1\", then "
+                            "restart cupsd")
+                 .arg(kDefaultPageLogFormat) };
+}
+
+AgentLimits agentLimits(int users)
+{
+    // Each agent holds one subscription, and may hold a second until the lease
+    // of one it could not cancel ends (an agent on the server itself, with a
+    // system bus, holds a pair for the bus notifier: twice that). Events: a
+    // few a job for the jobs arriving within a second or two. Clients: an
+    // agent keeps its connection open, beside lp, backends and browsers.
+    return { 2 * users, 10 * users, users + 50 };
+}
+
+Findings limitFindings(const ServerConfig &config, int users)
+{
+    const AgentLimits needed = agentLimits(users);
+    const struct { const char *directive; int needed; } limits[] = {
+        { "MaxSubscriptions", needed.subscriptions },
+        { "MaxEvents", needed.events },
+        { "MaxClients", needed.clients },
+    };
+    Findings findings;
+    for (const auto &[directive, need] : limits) {
+        const QString name = QString::fromLatin1(directive);
+        bool set = false;
+        const int value = config.directives.value(name.toLower()).toInt(&set);
+        const int limit = set ? value : kDefaultLimit;
+        if (limit >= need || (limit == 0 && name == QLatin1String("MaxSubscriptions"))) // 0: no limit
+            findings.push_back({ Ok, kServer, QStringLiteral("%1 %2 is enough for %3 agents").arg(name).arg(limit).arg(users) });
+        else
+            findings.push_back({ Problem, kServer,
+                                 QStringLiteral("%1 %2 is too low for %3 agents; in cupsd.conf set \"%1 %4\", then "
+                                                "restart cupsd")
+                                     .arg(name).arg(limit).arg(users).arg(need) });
+    }
+    return findings;
+}
+
+} // namespace pdeprint
