@@ -1,8 +1,9 @@
 // The held-job agent, end to end against a private scheduler: from `lp`
 // returning to the job released by a headless agent, beside `lp` itself; then
 // what the agent costs while idle (CPU, requests to the server, memory).
-// Run twice in one process: the agent on its poll alone (no bus), and with a
-// private system bus on which the scheduler's notifier wakes it.
+// Run in turns in one process: the agent on its poll alone (no bus) over TCP,
+// the local socket and TCP with TLS, and with a private system bus on which
+// the scheduler's notifier wakes it.
 //
 //   pdebench_agent [--jobs N] [--idle-seconds S]
 //
@@ -91,10 +92,14 @@ int submit(const QString &file)
     return QRegularExpression(QStringLiteral("request id is \\w+-(\\d+)")).match(out).captured(1).toInt();
 }
 
-std::optional<Figures> run(bool withBus, int jobs, int idleSeconds, const QString &document)
+enum class Transport { Tcp, LocalSocket, Tls };
+
+std::optional<Figures> run(bool withBus, Transport transport, int jobs, int idleSeconds, const QString &document)
 {
     PrivateBus bus;
-    pdetest::SchedulerOptions options { { { kQueue, true, {} } }, {}, { "AccessLogLevel all" }, {} };
+    QTemporaryDir keychain; // the scheduler's self-signed certificate, for TLS
+    pdetest::SchedulerOptions options { { { kQueue, true, {} } }, {}, { "AccessLogLevel all" },
+                                        { "ServerKeychain " + keychain.path() } };
     if (withBus) {
         if (const QString error = bus.start(); !error.isEmpty()) {
             std::fprintf(stderr, "pdebench_agent: %s\n", qPrintable(error));
@@ -113,6 +118,12 @@ std::optional<Figures> run(bool withBus, int jobs, int idleSeconds, const QStrin
     environment.insert("XDG_CONFIG_HOME", config.path());
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     environment.insert("DBUS_SYSTEM_BUS_ADDRESS", withBus ? bus.address() : QStringLiteral("unix:path=/nonexistent"));
+    if (transport == Transport::LocalSocket)
+        environment.insert("CUPS_SERVER", scheduler.socketPath());
+    if (transport == Transport::Tls) {
+        environment.insert("CUPS_SERVER", "localhost:" + scheduler.server().section(':', 1));
+        environment.insert("CUPS_ENCRYPTION", "Required");
+    }
     QProcess agent;
     agent.setProcessEnvironment(environment);
     agent.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -198,11 +209,18 @@ int main(int argc, char **argv)
                 "minute | idle requests in %d s | memory: peak / idle RSS |\n|---|---|---|---|---|---|---|\n",
                 idleSeconds);
     std::fflush(stdout);
-    for (const bool withBus : { false, true }) {
-        const std::optional<Figures> figures = run(withBus, jobs, idleSeconds, document);
+    const struct { const char *name; bool withBus; Transport transport; } modes[] = {
+        { "poll only (1 s), TCP", false, Transport::Tcp },
+        { "poll only (1 s), local socket", false, Transport::LocalSocket },
+        { "poll only (1 s), TCP + TLS", false, Transport::Tls },
+        { "poll + bus wake-up, TCP", true, Transport::Tcp },
+        { "poll + bus wake-up, local socket", true, Transport::LocalSocket },
+    };
+    for (const auto &mode : modes) {
+        const std::optional<Figures> figures = run(mode.withBus, mode.transport, jobs, idleSeconds, document);
         if (!figures)
             return 1;
-        report(withBus ? "poll + bus wake-up" : "poll only (1 s)", *figures, idleSeconds);
+        report(mode.name, *figures, idleSeconds);
         std::fflush(stdout);
     }
     return 0;

@@ -1,22 +1,35 @@
-// Twenty headless agents for twenty users on one private scheduler, ten jobs
-// a user submitted at once with lp: every job must be released once, by its
-// owner's agent, with its owner's code. The burst overflows the scheduler's
-// event store, so the agents must notice the gap and list the jobs again.
+// Headless agents, one per user, started together on one private scheduler
+// with its stock limits, then jobs submitted at once with lp: every job must
+// be released once, by its owner's agent, with its owner's code, and no agent
+// may end. Twenty users with ten jobs each overflow the scheduler's event
+// store, so the agents must notice the gap and list the jobs again; 150 users
+// with a job each are more than its client and subscription limits (100).
+// Then a quiet spell: the scheduler's and the agents' CPU, and each agent's
+// proportional set size (PSS, what many agents cost the host together).
 //
-//   pdebench_soak [--users N] [--jobs-per-user N]
+//   pdebench_soak [--users N] [--jobs-per-user N] [--idle-seconds S] [--bus]
+//
+// With --bus, a private system bus on which the scheduler's notifier wakes
+// the agents, as on a desktop host: each agent then asks for two subscriptions.
 //
 // A scale run (./dev soak, a few seconds on two cores), kept beside the
 // benchmarks rather than in the suite: the gap it once exposed is caught there,
 // deterministically, by HeldJobs.JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce.
 
+#include "bench/PrivateBus.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 #include "tests/support/TestSupport.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
+
+#include <algorithm>
 
 #include <cstdio>
 #include <memory>
@@ -44,6 +57,37 @@ void fail(const QString &what)
     std::fprintf(stderr, "pdebench_soak: %s\n", qPrintable(what));
 }
 
+qint64 cpuNanoseconds(qint64 pid)
+{
+    qint64 total = 0;
+    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
+    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile stat(tasks.filePath(task + "/schedstat"));
+        if (stat.open(QIODevice::ReadOnly))
+            total += stat.readAll().split(' ').value(0).toLongLong();
+    }
+    return total;
+}
+
+// A field of /proc/<pid>/smaps_rollup, in KiB.
+qint64 rollupKb(qint64 pid, const QByteArray &field)
+{
+    QFile rollup(QStringLiteral("/proc/%1/smaps_rollup").arg(pid));
+    if (!rollup.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : rollup.readAll().split('\n')) {
+        if (line.startsWith(field + ':'))
+            return line.mid(field.size() + 1).trimmed().split(' ').value(0).toLongLong();
+    }
+    return -1;
+}
+
+qint64 median(QList<qint64> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? 0 : values[values.size() / 2];
+}
+
 int optionValue(const QStringList &arguments, const QString &name, int fallback)
 {
     const qsizetype at = arguments.indexOf(name);
@@ -57,8 +101,19 @@ int main(int argc, char **argv)
     QCoreApplication application(argc, argv);
     const int userCount = optionValue(application.arguments(), "--users", 20);
     const int jobsPerUser = optionValue(application.arguments(), "--jobs-per-user", 10);
+    const int idleSeconds = optionValue(application.arguments(), "--idle-seconds", 10);
+    const bool withBus = application.arguments().contains("--bus");
+    PrivateBus bus;
+    pdetest::SchedulerOptions options { .queues = { { kQueue, true, {} } } };
+    if (withBus) {
+        if (const QString error = bus.start(); !error.isEmpty()) {
+            fail(error);
+            return 1;
+        }
+        options.filesLines << "SetEnv DBUS_SYSTEM_BUS_ADDRESS " + bus.address();
+    }
     pdetest::PrivateScheduler scheduler;
-    if (const QString error = scheduler.start({ .queues = { { kQueue, true, {} } } }); !error.isEmpty()) {
+    if (const QString error = scheduler.start(options); !error.isEmpty()) {
         fail(error);
         return 1;
     }
@@ -74,9 +129,9 @@ int main(int argc, char **argv)
         environment.insert("CUPS_USER", user->name);
         environment.insert("XDG_CONFIG_HOME", user->config.path());
         environment.insert("QT_QPA_PLATFORM", "offscreen");
+        environment.insert("DBUS_SYSTEM_BUS_ADDRESS", withBus ? bus.address() : QStringLiteral("unix:path=/nonexistent"));
         user->agent.setProcessEnvironment(environment);
         user->agent.setStandardInputFile(QProcess::nullDevice());
-        user->agent.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         user->agent.start(QStringLiteral(PDEBENCH_PDEPRINT), { "--agent", "--no-dialog", "--click", "mainCodeCB",
                                                                "--type", "mainCodeText=" + user->code });
         users.push_back(std::move(user));
@@ -115,11 +170,33 @@ int main(int argc, char **argv)
         120000);
     const double seconds = timer.elapsed() / 1000.0;
 
+    // Idle: every agent polling, nothing to release.
+    const qint64 schedulerBefore = cpuNanoseconds(scheduler.pid());
+    QList<qint64> agentCpuBefore;
+    for (const auto &user : users)
+        agentCpuBefore << cpuNanoseconds(user->agent.processId());
+    QThread::sleep(idleSeconds);
+    const double schedulerPercent = double(cpuNanoseconds(scheduler.pid()) - schedulerBefore) / 1e7 / idleSeconds;
+    QList<qint64> agentCpuUs, pssKb, rssKb, ussKb;
+    for (size_t i = 0; i < users.size(); ++i) {
+        const qint64 pid = users[i]->agent.processId();
+        agentCpuUs << (cpuNanoseconds(pid) - agentCpuBefore[qsizetype(i)]) / 1000 / idleSeconds;
+        pssKb << rollupKb(pid, "Pss");
+        rssKb << rollupKb(pid, "Rss");
+        ussKb << rollupKb(pid, "Private_Clean") + rollupKb(pid, "Private_Dirty");
+    }
+
     QMap<int, int> releases; // job id -> times some agent released it
+    int waited = 0, refused = 0;
     for (const auto &user : users) {
+        if (user->agent.waitForFinished(0))
+            fail(user->name + "'s agent ended: " + QString::fromUtf8(user->agent.readAllStandardError()).trimmed());
         user->agent.terminate();
         if (!user->agent.waitForFinished(20000) || user->agent.exitCode() != 0)
             fail(user->name + "'s agent did not stop cleanly");
+        const QByteArray err = user->agent.readAllStandardError();
+        waited += err.contains("waiting for the CUPS server") ? 1 : 0;
+        refused += err.contains("refused a subscription") ? 1 : 0;
         const QStringList lines = QString::fromUtf8(user->agent.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
         for (const QString &line : lines) {
             const int jobId = line.section(QLatin1Char(' '), 2, 2).toInt();
@@ -141,7 +218,12 @@ int main(int argc, char **argv)
     const int expected = userCount * jobsPerUser;
     if (releases.size() != expected)
         fail(QStringLiteral("%1 of %2 jobs released").arg(releases.size()).arg(expected));
-    std::printf("soak: %d agents x %d jobs: %d jobs released in %.1f s, %d failures\n", userCount, jobsPerUser,
-                int(releases.size()), seconds, failures);
+    std::printf("soak: %d agents x %d jobs: %d jobs released in %.1f s, %d failures\n"
+                "  agents that waited for the server: %d; refused a subscription: %d\n"
+                "  idle %d s: scheduler %.2f %% of a core; an agent's CPU median %lld µs/s\n"
+                "  an idle agent: PSS median %lld KiB (max %lld), private median %lld KiB, RSS median %lld KiB\n",
+                userCount, jobsPerUser, int(releases.size()), seconds, failures, waited, refused, idleSeconds,
+                schedulerPercent, median(agentCpuUs), median(pssKb), *std::max_element(pssKb.begin(), pssKb.end()),
+                median(ussKb), median(rssKb));
     return failures == 0 ? 0 : 1;
 }

@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+#include <utility>
+
 namespace pdeprint {
 
 namespace {
@@ -18,8 +20,8 @@ QString lastCupsError()
 
 QString cupsServerName()
 {
-    const char *server = cupsServer();
-    return QString::fromUtf8(server ? server : "");
+    const QString server = QString::fromUtf8(cupsServer());
+    return server.startsWith(QLatin1Char('/')) ? server : QStringLiteral("%1:%2").arg(server).arg(ippPort());
 }
 
 CupsConnection::~CupsConnection()
@@ -27,14 +29,54 @@ CupsConnection::~CupsConnection()
     httpClose(m_http);
 }
 
+namespace {
+
+// Connected within `milliseconds`, or only made when that is 0.
+http_t *newConnection(int milliseconds)
+{
+    return httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, milliseconds, nullptr);
+}
+
+constexpr int kConnectMilliseconds = 5000;
+
+} // namespace
+
 std::unique_ptr<CupsConnection> CupsConnection::open(QString *error)
 {
-    http_t *http = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, 5000, nullptr);
-    if (!http) {
-        *error = QStringLiteral("cannot reach the CUPS server at %1").arg(cupsServerName());
+    std::unique_ptr<CupsConnection> connection = openLater();
+    if (!connection->connect(error))
         return nullptr;
+    return connection;
+}
+
+std::unique_ptr<CupsConnection> CupsConnection::openLater()
+{
+    return std::unique_ptr<CupsConnection>(new CupsConnection(nullptr));
+}
+
+bool CupsConnection::connect(QString *error)
+{
+    if (m_http && httpGetFd(m_http) >= 0)
+        return true;
+    if (!m_http) // the name did not resolve before, or never tried
+        m_http = newConnection(kConnectMilliseconds);
+    else if (httpReconnect2(m_http, kConnectMilliseconds, nullptr) != 0)
+        httpClose(std::exchange(m_http, nullptr)); // made again next time: the address may have changed
+    if (!m_http) {
+        *error = QStringLiteral("cannot reach the CUPS server at %1").arg(cupsServerName());
+        return false;
     }
-    return std::unique_ptr<CupsConnection>(new CupsConnection(http));
+    return true;
+}
+
+void CupsConnection::hangUp()
+{
+    if (!m_http || httpIsEncrypted(m_http))
+        return;
+    if (http_t *unconnected = newConnection(0)) {
+        httpClose(m_http);
+        m_http = unconnected;
+    }
 }
 
 bool CupsConnection::hasQueue(const pde::Printer &printer, QString *error)

@@ -24,6 +24,16 @@ public:
     // Null with a one-line reason when the server cannot be reached.
     static std::unique_ptr<CupsConnection> open(QString *error);
 
+    // For a process that outlives the server's absences (the agent): no
+    // connection yet, and no failure; connect() before the first request.
+    static std::unique_ptr<CupsConnection> openLater();
+    // Connects unless connected; false with a one-line reason.
+    bool connect(QString *error);
+    // Gives the server its client slot back between bursts of requests; the
+    // next request connects again on its own. A TLS connection is kept: its
+    // handshake costs the server many times a request.
+    void hangUp();
+
     http_t *http() const { return m_http; }
 
     // Whether the queue exists; `error` tells why not.

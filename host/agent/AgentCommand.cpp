@@ -94,11 +94,7 @@ int watchHeldJobs(CupsConnection &cups, ServedQueues &queues, Handler &handler, 
 {
     HeldJobAgent agent(cups, queues, handler, err);
     handler.setAgent(&agent);
-    QString error;
-    if (!agent.start(&error)) {
-        err << "pdeprint: " << error << Qt::endl;
-        return kExitFailure;
-    }
+    agent.start();
     QApplication::exec();
     return kExitOk;
 }
@@ -121,7 +117,8 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
     for (const QString &warning : warnings)
         err << "pdeprint: warning: " << warning << Qt::endl;
     QString error;
-    std::unique_ptr<CupsConnection> cups = CupsConnection::open(&error);
+    // The agent waits for a server that is away; the one-shot commands stop.
+    std::unique_ptr<CupsConnection> cups = options.agent ? CupsConnection::openLater() : CupsConnection::open(&error);
     if (!cups)
         return fail(error);
     if (options.codes)

@@ -19,56 +19,109 @@ constexpr int kWakeGapMilliseconds = 100;
 // Once a signal has shown that the notifier reaches us, the poll is only the
 // safety net (a signal lost, the bus gone) and can be slower.
 constexpr int kSafetyNetMilliseconds = 5000;
+// Without a subscription each poll lists the user's jobs: a heavier request,
+// so less often.
+constexpr int kListingMilliseconds = 5000;
+// While the server is away: from about a second up to about half a minute.
+constexpr int kFirstRetryMilliseconds = 1000;
+constexpr int kRetryCeilingMilliseconds = 30000;
 
 } // namespace
 
 HeldJobAgent::HeldJobAgent(CupsConnection &cups, ServedQueues &queues, HeldJobHandler &handler, QTextStream &err,
                            int pollMilliseconds)
-    : m_cups(cups), m_queues(queues), m_handler(handler), m_err(err)
+    : m_cups(cups), m_queues(queues), m_handler(handler), m_err(err),
+      m_backoff(kFirstRetryMilliseconds, kRetryCeilingMilliseconds), m_pollMilliseconds(pollMilliseconds)
 {
-    m_timer.setInterval(pollMilliseconds);
+    m_timer.setSingleShot(true);
     QObject::connect(&m_timer, &QTimer::timeout, this, &HeldJobAgent::pollNow);
     m_wakeTimer.setSingleShot(true);
     QObject::connect(&m_wakeTimer, &QTimer::timeout, this, &HeldJobAgent::pollNow);
     QObject::connect(&m_bus, &SchedulerBusSignals::signalled, this, &HeldJobAgent::wake);
 }
 
-bool HeldJobAgent::start(QString *error)
+HeldJobAgent::~HeldJobAgent()
+{
+    QString error;
+    if (m_watcher.subscribed() && m_cups.connect(&error))
+        m_watcher.cancel(m_cups.http());
+}
+
+void HeldJobAgent::start()
 {
     m_watcher.setBusNotifier(m_bus.listen());
-    m_sinceTick.start();
-    if (!tick(error))
-        return false;
-    m_timer.start();
-    return true;
+    pollNow();
 }
 
 void HeldJobAgent::pollNow()
 {
     m_wakeTimer.stop();
-    m_timer.start(); // the safety net counts from the last fetch
     m_sinceTick.start();
     QString error;
-    const bool ok = tick(&error);
-    if (!ok && !m_failing)
-        m_err << "pdeprint: warning: " << error << "; trying again" << Qt::endl;
-    m_failing = !ok;
+    if (tick(&error)) {
+        m_failedDelay = 0;
+        m_backoff.reset();
+    } else {
+        if (m_failedDelay == 0) {
+            m_err << "pdeprint: waiting for the CUPS server at " << cupsServerName();
+            if (!error.isEmpty())
+                m_err << " (" << error << ")";
+            m_err << Qt::endl;
+        }
+        m_failedDelay = m_backoff.nextMilliseconds();
+        m_resyncPending = true; // whatever happened meanwhile is looked at when it answers
+    }
+    m_timer.start(nextPollMilliseconds()); // the safety net counts from the last fetch
+}
+
+int HeldJobAgent::nextPollMilliseconds() const
+{
+    if (m_failedDelay > 0)
+        return m_failedDelay;
+    if (!m_subscribed)
+        return kListingMilliseconds;
+    return m_busProven ? std::max(m_pollMilliseconds, kSafetyNetMilliseconds) : m_pollMilliseconds;
 }
 
 void HeldJobAgent::wake()
 {
     // Signals of others' subscriptions prove nothing about ours.
-    if (m_watcher.busNotifierSubscribed())
-        m_timer.setInterval(std::max(m_timer.interval(), kSafetyNetMilliseconds));
-    if (!m_wakeTimer.isActive())
+    if (m_watcher.busNotifierSubscribed() && !m_busProven) {
+        m_busProven = true;
+        if (m_failedDelay == 0)
+            m_timer.start(nextPollMilliseconds());
+    }
+    if (!m_wakeTimer.isActive() && m_failedDelay == 0)
         m_wakeTimer.start(int(std::max<qint64>(0, kWakeGapMilliseconds - m_sinceTick.elapsed())));
 }
 
+// One poll on a connection of its own, an empty error when none could be made.
 bool HeldJobAgent::tick(QString *error)
 {
-    JobEventWatcher::Poll poll = m_watcher.poll();
+    QString unreachable;
+    if (!m_cups.connect(&unreachable))
+        return false;
+    const bool ok = exchange(error);
+    m_cups.hangUp();
+    return ok;
+}
+
+bool HeldJobAgent::exchange(QString *error)
+{
+    JobEventWatcher::Poll poll = m_watcher.poll(m_cups.http());
+    if (!poll.error.isEmpty()) {
+        *error = poll.error;
+        return false;
+    }
+    m_subscribed = poll.subscribed;
+    if (!m_subscribed && !m_toldRefused) {
+        m_toldRefused = true;
+        m_err << "pdeprint: the CUPS server at " << cupsServerName()
+              << " refused a subscription to job events; listing held jobs every " << kListingMilliseconds / 1000
+              << " s instead" << Qt::endl;
+    }
     m_resyncPending = m_resyncPending || poll.resync;
-    if (m_resyncPending && poll.error.isEmpty()) {
+    if (m_resyncPending) {
         // Subscribed first, listed second: a job created in between is in both.
         m_queues.forget();
         const std::optional<QList<HeldJob>> held = fetchHeldJobs(m_cups.http(), error);
@@ -91,10 +144,6 @@ bool HeldJobAgent::tick(QString *error)
         } else if (!m_seen.contains(event.jobId) && m_queues.serves(m_cups, event.queue)) {
             consider(event.jobId);
         }
-    }
-    if (!poll.error.isEmpty()) {
-        *error = poll.error;
-        return false;
     }
     return true;
 }

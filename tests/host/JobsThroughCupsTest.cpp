@@ -159,6 +159,25 @@ TEST_F(HeldJobs, TheAgentSurvivesACancelledJobAndASchedulerRestart)
     EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kTicketPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
 }
 
+// Started while the server is away, as at a login before the network: the
+// agent says so once, waits, and serves the jobs held once it answers.
+TEST_F(HeldJobs, AnAgentStartedWhileTheSchedulerIsDownWaitsForIt)
+{
+    scheduler().stop();
+    Agent agent(kSteps);
+    agent.process.setReadChannel(QProcess::StandardError);
+    QByteArray told;
+    const bool waiting = waitUntil([&] {
+        agent.process.waitForReadyRead(20);
+        told += agent.process.readAllStandardError();
+        return told.contains('\n');
+    });
+    ASSERT_EQ(scheduler().restart(), QString());
+    ASSERT_TRUE(waiting) << "the agent ended or said nothing: " << agent.process.state();
+    EXPECT_TRUE(told.startsWith("pdeprint: waiting for the CUPS server at " + qgetenv("CUPS_SERVER"))) << told.constData();
+    EXPECT_TRUE(scheduler().received(lp(kHeld)).contains(kTicketPrefix + "bc.mainCode")) << qPrintable(scheduler().log());
+}
+
 // The scheduler drops the oldest events of a full store: jobs that arrive while
 // the agent cannot poll leave a gap in the events, and it must list them again.
 TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)

@@ -64,6 +64,9 @@ public:
     void stop();
 
     QString server() const { return m_server; }
+    // The scheduler's local socket, beside its loopback port.
+    QString socketPath() const { return m_root.filePath("cups.sock"); }
+    qint64 pid() const { return m_cupsd ? m_cupsd->processId() : 0; }
     // The options argument the backend received for the job; empty until it ran.
     QString recordedOptions(int jobId) const;
     // Those options parsed as a backend parses them, once the job ran (waits for it).

@@ -2,18 +2,31 @@
 
 #include "host/agent/cups/IppPtr.h"
 
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <QRandomGenerator>
 
 namespace pdeprint {
 
 namespace {
 
 constexpr char kServerUri[] = "ipp://localhost/";
+// How long an agent refused a subscription waits before asking again, at
+// least; up to twice that.
+constexpr int kSubscribeAgainSeconds = 60;
 
 bool failed(const IppPtr &response)
 {
     return !response || cupsLastError() > IPP_STATUS_OK_CONFLICTING;
+}
+
+// The server is away or failing, rather than refusing the request.
+bool serverAway()
+{
+    return cupsLastError() >= IPP_STATUS_ERROR_INTERNAL;
+}
+
+QString lastError(const char *what)
+{
+    return QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromUtf8(cupsLastErrorString()));
 }
 
 ipp_t *newRequest(ipp_op_t operation)
@@ -28,146 +41,113 @@ ipp_t *newRequest(ipp_op_t operation)
 
 JobEventWatcher::JobEventWatcher(int leaseSeconds) : m_lease(leaseSeconds) { }
 
-JobEventWatcher::~JobEventWatcher()
+void JobEventWatcher::cancel(http_t *http)
 {
-    cancel(m_subscription);
-    cancel(m_busSubscription);
-    disconnect();
+    cancel(http, m_subscription);
+    cancel(http, m_busSubscription);
+    m_subscription = m_busSubscription = 0;
 }
 
-void JobEventWatcher::cancel(int subscription)
+void JobEventWatcher::cancel(http_t *http, int subscription)
 {
-    if (!m_http || subscription <= 0)
+    if (!http || subscription <= 0)
         return;
     ipp_t *request = newRequest(IPP_OP_CANCEL_SUBSCRIPTION);
     ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", subscription);
-    IppPtr response(send(request));
+    IppPtr response(send(http, request));
 }
 
-bool JobEventWatcher::connect(QString *error)
+ipp_t *JobEventWatcher::send(http_t *http, ipp_t *request)
 {
-    m_http = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1, 5000, nullptr);
-    if (!m_http) {
-        *error = QStringLiteral("cannot reach the CUPS server at %1").arg(QString::fromUtf8(cupsServer()));
-        return false;
-    }
-    m_port = localPort();
-    return true;
-}
-
-void JobEventWatcher::disconnect()
-{
-    httpClose(m_http);
-    m_http = nullptr;
-}
-
-// The local end of the connection: libcups reconnects on its own when the
-// server went away, and a new local port is how we notice.
-int JobEventWatcher::localPort() const
-{
-    sockaddr_storage address {};
-    socklen_t length = sizeof(address);
-    if (!m_http || getsockname(httpGetFd(m_http), reinterpret_cast<sockaddr *>(&address), &length) != 0)
-        return -1;
-    if (address.ss_family == AF_INET)
-        return ntohs(reinterpret_cast<sockaddr_in *>(&address)->sin_port);
-    if (address.ss_family == AF_INET6)
-        return ntohs(reinterpret_cast<sockaddr_in6 *>(&address)->sin6_port);
-    return 0; // a local socket: no port, and no way to tell
-}
-
-ipp_t *JobEventWatcher::send(ipp_t *request)
-{
-    ++m_requests;
-    return cupsDoRequest(m_http, request, "/");
+    return cupsDoRequest(http, request, "/");
 }
 
 // A subscription to the jobs' events on every queue, delivered the way the
 // one attribute given says; its id, 0 when the server refuses it.
-int JobEventWatcher::createSubscription(ipp_tag_t tag, const char *name, const char *value)
+int JobEventWatcher::createSubscription(http_t *http, ipp_tag_t tag, const char *name, const char *value)
 {
     ipp_t *request = newRequest(IPP_OP_CREATE_PRINTER_SUBSCRIPTIONS);
     ippAddString(request, IPP_TAG_SUBSCRIPTION, tag, name, nullptr, value);
     static const char *const events[] = { "job-created", "job-state-changed" };
     ippAddStrings(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_KEYWORD, "notify-events", 2, nullptr, events);
     ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
-    const IppPtr response(send(request));
+    const IppPtr response(send(http, request));
     ipp_attribute_t *id = response ? ippFindAttribute(response.get(), "notify-subscription-id", IPP_TAG_INTEGER) : nullptr;
     return failed(response) || !id ? 0 : ippGetInteger(id, 0);
 }
 
-bool JobEventWatcher::subscribe(QString *error)
+bool JobEventWatcher::subscribe(http_t *http, QString *error)
 {
-    m_subscription = createSubscription(IPP_TAG_KEYWORD, "notify-pull-method", "ippget");
+    m_subscription = createSubscription(http, IPP_TAG_KEYWORD, "notify-pull-method", "ippget");
     if (m_subscription <= 0) {
-        *error = QStringLiteral("the CUPS server refused a subscription to job events: %1")
-                     .arg(QString::fromUtf8(cupsLastErrorString()));
+        if (serverAway()) {
+            *error = lastError("cannot subscribe to job events");
+            return false;
+        }
+        // Refused (MaxSubscriptions, say): others may leave and free a place.
+        // Spread over agents refused together.
+        m_subscribeAgainAt =
+            time(nullptr) + kSubscribeAgainSeconds + QRandomGenerator::global()->bounded(kSubscribeAgainSeconds);
         return false;
     }
     m_nextSequence = 1;
     m_renewAt = time(nullptr) + m_lease / 2;
     if (m_wantBusNotifier)
-        subscribeBusNotifier();
+        subscribeBusNotifier(http);
     return true;
 }
 
 // Made with each pull subscription, whose renewal it shares.
-void JobEventWatcher::subscribeBusNotifier()
+void JobEventWatcher::subscribeBusNotifier(http_t *http)
 {
-    cancel(m_busSubscription); // the old one, if the scheduler still has it
-    m_busSubscription = createSubscription(IPP_TAG_URI, "notify-recipient-uri", "dbus://");
+    cancel(http, m_busSubscription); // the old one, if the scheduler still has it
+    m_busSubscription = createSubscription(http, IPP_TAG_URI, "notify-recipient-uri", "dbus://");
 }
 
-bool JobEventWatcher::renew(int subscription)
+bool JobEventWatcher::renew(http_t *http, int subscription)
 {
     ipp_t *request = newRequest(IPP_OP_RENEW_SUBSCRIPTION);
     ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-id", subscription);
     ippAddInteger(request, IPP_TAG_SUBSCRIPTION, IPP_TAG_INTEGER, "notify-lease-duration", m_lease);
-    const IppPtr response(send(request));
+    const IppPtr response(send(http, request));
     if (failed(response))
         return false;
     m_renewAt = time(nullptr) + m_lease / 2;
     return true;
 }
 
-JobEventWatcher::Poll JobEventWatcher::poll()
+JobEventWatcher::Poll JobEventWatcher::poll(http_t *http)
 {
     Poll result;
-    if (!m_http) {
-        if (!connect(&result.error))
-            return result;
-        result.resync = true;
-    }
     if (m_subscription > 0 && time(nullptr) >= m_renewAt) {
-        if (!renew(m_subscription))
+        if (!renew(http, m_subscription)) {
+            if (serverAway()) { // renewed when it is back
+                result.error = lastError("cannot renew the subscription to job events");
+                return result;
+            }
             m_subscription = 0; // expired or forgotten: new ones below
-        else if (m_busSubscription > 0 && !renew(m_busSubscription))
-            subscribeBusNotifier();
+        } else if (m_busSubscription > 0 && !renew(http, m_busSubscription))
+            subscribeBusNotifier(http);
     }
     if (m_subscription <= 0) {
-        if (!subscribe(&result.error)) {
-            disconnect();
+        result.resync = true;
+        if (time(nullptr) < m_subscribeAgainAt || !subscribe(http, &result.error)) {
+            result.subscribed = false;
             return result;
         }
-        result.resync = true;
     }
 
     ipp_t *request = newRequest(IPP_OP_GET_NOTIFICATIONS);
     ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-subscription-ids", m_subscription);
     ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "notify-sequence-numbers", m_nextSequence);
-    const IppPtr response(send(request));
-    if (localPort() != m_port) {
-        m_port = localPort();
-        result.resync = true; // a new connection: the scheduler may have restarted
-    }
+    const IppPtr response(send(http, request));
     if (cupsLastError() == IPP_STATUS_ERROR_NOT_FOUND) {
         m_subscription = 0; // the scheduler forgot it; subscribe again next time
         result.resync = true;
         return result;
     }
     if (failed(response)) {
-        result.error = QStringLiteral("cannot fetch job events: %1").arg(QString::fromUtf8(cupsLastErrorString()));
-        disconnect();
+        result.error = lastError("cannot fetch job events");
         return result;
     }
 

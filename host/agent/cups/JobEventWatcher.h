@@ -20,25 +20,32 @@ struct JobEvent
 
 // The scheduler's job events for every queue, pulled over IPP: one
 // subscription (job-created, job-state-changed), renewed before its lease
-// ends and made again when the scheduler lost it or the connection was new.
-// Each poll is one Get-Notifications request on a connection of its own.
+// ends and made again when the scheduler lost it. The connection is the
+// caller's, given to each call: the watcher keeps none open.
 class JobEventWatcher
 {
 public:
     explicit JobEventWatcher(int leaseSeconds = 600);
-    ~JobEventWatcher(); // cancels the subscription
     JobEventWatcher(const JobEventWatcher &) = delete;
     JobEventWatcher &operator=(const JobEventWatcher &) = delete;
 
     struct Poll
     {
         QList<JobEvent> events;
-        // Events may have been missed (first poll, new subscription, new
-        // connection): whoever watches must look at the held jobs again.
+        // Events may have been missed (first poll, new subscription, a gap):
+        // whoever watches must look at the held jobs again.
         bool resync = false;
+        // No subscription: the server refused one (its MaxSubscriptions),
+        // and asking again waits a while. Whoever watches must look at the
+        // held jobs some other way.
+        bool subscribed = true;
         QString error; // set when the server could not be asked; try again later
     };
-    Poll poll();
+    // One Get-Notifications, after a renewal or a subscription when due.
+    Poll poll(http_t *http);
+    // Cancels the subscriptions, as the agent leaves.
+    void cancel(http_t *http);
+    bool subscribed() const { return m_subscription > 0 || m_busSubscription > 0; }
 
     // Also keeps a subscription whose recipient is dbus://: the scheduler's
     // notifier then signals each event on the system bus. Optional: a
@@ -46,30 +53,21 @@ public:
     void setBusNotifier(bool wanted) { m_wantBusNotifier = wanted; }
     bool busNotifierSubscribed() const { return m_busSubscription > 0; }
 
-    int subscriptionId() const { return m_subscription; }
-    // Requests sent to the server so far.
-    qint64 requestCount() const { return m_requests; }
-
 private:
-    bool connect(QString *error);
-    void disconnect();
-    ipp_t *send(ipp_t *request);
-    bool subscribe(QString *error);
-    int createSubscription(ipp_tag_t tag, const char *name, const char *value);
-    bool renew(int subscription);
-    void subscribeBusNotifier();
-    void cancel(int subscription);
-    int localPort() const;
+    ipp_t *send(http_t *http, ipp_t *request);
+    bool subscribe(http_t *http, QString *error);
+    int createSubscription(http_t *http, ipp_tag_t tag, const char *name, const char *value);
+    bool renew(http_t *http, int subscription);
+    void subscribeBusNotifier(http_t *http);
+    void cancel(http_t *http, int subscription);
 
     const int m_lease;
-    http_t *m_http = nullptr;
-    int m_port = 0;
     int m_subscription = 0;
     bool m_wantBusNotifier = false;
     int m_busSubscription = 0;
     int m_nextSequence = 1;
     time_t m_renewAt = 0;
-    qint64 m_requests = 0;
+    time_t m_subscribeAgainAt = 0;
 };
 
 } // namespace pdeprint
