@@ -73,24 +73,26 @@ Finding pageLogFinding(const ServerConfig &config)
 
 AgentLimits agentLimits(int users)
 {
-    // Each agent holds one subscription, and may hold a second until the lease
-    // of one it could not cancel ends (an agent on the server itself, with a
-    // system bus, holds a pair for the bus notifier: twice that). Events: a
-    // few a job for the jobs arriving within a second or two. Clients: an
-    // agent keeps its connection open, beside lp, backends and browsers.
+    // Each agent holds one subscription, and a second for the bus notifier
+    // or until the lease of one it could not cancel ends. Events: a few a job
+    // for the jobs arriving within a second or two. Clients: an agent holds a
+    // connection only around each poll, but keeps a TLS one.
     return { 2 * users, 10 * users, users + 50 };
 }
 
 Findings limitFindings(const ServerConfig &config, int users)
 {
+    // Below these the agents still release every job, later: those refused a
+    // subscription list their jobs every 5 s, an overflowing event store
+    // makes them list again, and TLS agents refused a client slot wait.
     const AgentLimits needed = agentLimits(users);
-    const struct { const char *directive; int needed; } limits[] = {
-        { "MaxSubscriptions", needed.subscriptions },
-        { "MaxEvents", needed.events },
-        { "MaxClients", needed.clients },
+    const struct { const char *directive; int needed; const char *shortfall; } limits[] = {
+        { "MaxSubscriptions", needed.subscriptions, "the agents beyond it find new jobs up to 5 s late" },
+        { "MaxEvents", needed.events, "a burst of jobs overflows it, and the agents list their jobs again" },
+        { "MaxClients", needed.clients, "agents that speak TLS to the server keep their connection and are refused" },
     };
     Findings findings;
-    for (const auto &[directive, need] : limits) {
+    for (const auto &[directive, need, shortfall] : limits) {
         const QString name = QString::fromLatin1(directive);
         bool set = false;
         const int value = config.directives.value(name.toLower()).toInt(&set);
@@ -98,10 +100,10 @@ Findings limitFindings(const ServerConfig &config, int users)
         if (limit >= need || (limit == 0 && name == QLatin1String("MaxSubscriptions"))) // 0: no limit
             findings.push_back({ Ok, kServer, QStringLiteral("%1 %2 is enough for %3 agents").arg(name).arg(limit).arg(users) });
         else
-            findings.push_back({ Problem, kServer,
-                                 QStringLiteral("%1 %2 is too low for %3 agents; in cupsd.conf set \"%1 %4\", then "
-                                                "restart cupsd")
-                                     .arg(name).arg(limit).arg(users).arg(need) });
+            findings.push_back({ Warning, kServer,
+                                 QStringLiteral("%1 %2 is too low for %3 agents: %4; in cupsd.conf set \"%1 %5\", "
+                                                "then restart cupsd")
+                                     .arg(name).arg(limit).arg(users).arg(QString::fromLatin1(shortfall)).arg(need) });
     }
     return findings;
 }
