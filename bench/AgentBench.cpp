@@ -9,6 +9,7 @@
 //
 // A driver, not a Google Benchmark: one long scenario measured as percentiles.
 
+#include "bench/ProcessFigures.h"
 #include "bench/PrivateBus.h"
 #include "tests/support/PrivateScheduler.h"
 
@@ -40,20 +41,6 @@ struct Figures
     qint64 peakKb = 0;
     qint64 rssKb = 0;
 };
-
-// CPU time of every thread of the process, in nanoseconds (scheduler's own
-// accounting, finer than the 10 ms ticks of /proc/<pid>/stat).
-qint64 cpuNanoseconds(qint64 pid)
-{
-    qint64 total = 0;
-    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
-    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile stat(tasks.filePath(task + "/schedstat"));
-        if (stat.open(QIODevice::ReadOnly))
-            total += stat.readAll().split(' ').value(0).toLongLong();
-    }
-    return total;
-}
 
 qint64 statusKb(qint64 pid, const char *field)
 {

@@ -11,6 +11,7 @@
 // /proc/<pid>/schedstat over the run, the client's own CPU per poll, and the
 // poll's wall time (connection included) as percentiles.
 
+#include "bench/ProcessFigures.h"
 #include "tests/support/PrivateScheduler.h"
 
 #include <QCoreApplication>
@@ -28,18 +29,6 @@
 #include <vector>
 
 namespace {
-
-qint64 cpuNanoseconds(qint64 pid)
-{
-    qint64 total = 0;
-    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
-    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile stat(tasks.filePath(task + "/schedstat"));
-        if (stat.open(QIODevice::ReadOnly))
-            total += stat.readAll().split(' ').value(0).toLongLong();
-    }
-    return total;
-}
 
 qint64 ownCpuNanoseconds()
 {
@@ -143,12 +132,6 @@ void run(const pdetest::PrivateScheduler &scheduler, const Transport &transport,
     std::fflush(stdout);
     for (http_t *http : connections)
         httpClose(http);
-}
-
-int optionValue(const QStringList &arguments, const QString &name, int fallback)
-{
-    const qsizetype at = arguments.indexOf(name);
-    return at > 0 && at + 1 < arguments.size() ? std::max(1, arguments[at + 1].toInt()) : fallback;
 }
 
 } // namespace

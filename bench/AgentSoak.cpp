@@ -16,6 +16,7 @@
 // benchmarks rather than in the suite: the gap it once exposed is caught there,
 // deterministically, by HeldJobs.JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce.
 
+#include "bench/ProcessFigures.h"
 #include "bench/PrivateBus.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
@@ -57,18 +58,6 @@ void fail(const QString &what)
     std::fprintf(stderr, "pdebench_soak: %s\n", qPrintable(what));
 }
 
-qint64 cpuNanoseconds(qint64 pid)
-{
-    qint64 total = 0;
-    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
-    for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile stat(tasks.filePath(task + "/schedstat"));
-        if (stat.open(QIODevice::ReadOnly))
-            total += stat.readAll().split(' ').value(0).toLongLong();
-    }
-    return total;
-}
-
 // A field of /proc/<pid>/smaps_rollup, in KiB.
 qint64 rollupKb(qint64 pid, const QByteArray &field)
 {
@@ -86,12 +75,6 @@ qint64 median(QList<qint64> values)
 {
     std::sort(values.begin(), values.end());
     return values.isEmpty() ? 0 : values[values.size() / 2];
-}
-
-int optionValue(const QStringList &arguments, const QString &name, int fallback)
-{
-    const qsizetype at = arguments.indexOf(name);
-    return at > 0 && at + 1 < arguments.size() ? std::max(1, arguments[at + 1].toInt()) : fallback;
 }
 
 } // namespace

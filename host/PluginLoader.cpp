@@ -95,4 +95,13 @@ std::vector<LoadedPlugin> loadPlugins(const QStringList &folders, QStringList *w
     return plugins;
 }
 
+std::vector<LoadedPlugin> loadPlugins(const QStringList &extraFolders, QTextStream &err)
+{
+    QStringList warnings;
+    std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath(extraFolders), &warnings);
+    for (const QString &warning : warnings)
+        err << "pdeprint: warning: " << warning << Qt::endl;
+    return plugins;
+}
+
 } // namespace pdeprint

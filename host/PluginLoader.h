@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QTextStream>
 
 #include <memory>
 #include <vector>
@@ -40,5 +41,9 @@ QStringList pluginSearchPath(const QStringList &extraFolders);
 // factory. A module that is not a panel plug-in is skipped with a warning in
 // `warnings`; one bundle identifier is loaded once, from the first folder.
 std::vector<LoadedPlugin> loadPlugins(const QStringList &folders, QStringList *warnings);
+
+// The plug-ins of the search path with `extraFolders`, as a command loads
+// them: each warning a line on `err`.
+std::vector<LoadedPlugin> loadPlugins(const QStringList &extraFolders, QTextStream &err);
 
 } // namespace pdeprint

@@ -52,10 +52,7 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
     if (!dialog && !options.screenshot.isEmpty())
         return fail(QStringLiteral("--screenshot needs the dialog; leave out --no-dialog"));
 
-    QStringList warnings;
-    const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath(options.pluginFolders), &warnings);
-    for (const QString &warning : warnings)
-        err << "pdeprint: warning: " << warning << Qt::endl;
+    const std::vector<LoadedPlugin> plugins = loadPlugins(options.pluginFolders, err);
     if (options.listPanels)
         return listPanels(plugins, out);
 

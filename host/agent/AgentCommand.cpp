@@ -112,10 +112,7 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
         err << "pdeprint: " << why << Qt::endl;
         return kExitFailure;
     };
-    QStringList warnings;
-    const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath(options.pluginFolders), &warnings);
-    for (const QString &warning : warnings)
-        err << "pdeprint: warning: " << warning << Qt::endl;
+    const std::vector<LoadedPlugin> plugins = loadPlugins(options.pluginFolders, err);
     QString error;
     // The agent waits for a server that is away; the one-shot commands stop.
     std::unique_ptr<CupsConnection> cups = options.agent ? CupsConnection::openLater() : CupsConnection::open(&error);

@@ -34,10 +34,7 @@ int runCheckCommand(const Options &options, QTextStream &out, QTextStream &err)
         err << "pdeprint: " << why << Qt::endl;
         return kExitUsage;
     };
-    QStringList warnings;
-    const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath(options.pluginFolders), &warnings);
-    for (const QString &warning : warnings)
-        err << "pdeprint: warning: " << warning << Qt::endl;
+    const std::vector<LoadedPlugin> plugins = loadPlugins(options.pluginFolders, err);
     QString error;
     std::unique_ptr<CupsConnection> cups = CupsConnection::open(&error);
     if (!cups)
