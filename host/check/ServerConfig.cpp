@@ -42,7 +42,8 @@ ServerConfig parseServerConfig(const QByteArray &text)
 
 std::optional<ServerConfig> readServerConfig(CupsConnection &cups, QString *why)
 {
-    const QString server = cupsServerName();
+    // The server's own name, without the port that cupsServerName() adds.
+    const QString server = QString::fromUtf8(cupsServer());
     if (server.startsWith(QLatin1Char('/')) || server == QLatin1String("localhost")) {
         QFile file(qEnvironmentVariable("CUPS_SERVERROOT", QStringLiteral("/etc/cups")) + QStringLiteral("/cupsd.conf"));
         if (file.open(QIODevice::ReadOnly))
