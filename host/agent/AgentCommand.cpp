@@ -9,6 +9,7 @@
 #include "host/agent/HeldJobHandler.h"
 #include "host/agent/QuitOnSignal.h"
 #include "host/agent/ServedQueues.h"
+#include "host/agent/ThisHost.h"
 #include "host/agent/cups/JobRequests.h"
 #include "host/agent/ui/CodesCommand.h"
 #include "host/agent/ui/DesktopNotifier.h"
@@ -27,19 +28,30 @@ QStringList panelOptionKeys(const std::vector<LoadedPlugin> &plugins)
     return session.panelOptionKeys();
 }
 
-// Releases every job offered, headless; one line on stderr for each that fails.
+// Releases every job offered, headless; one line on stderr for each that
+// fails. A job from another host is left held: without a window nobody sees
+// where it came from before it goes out on the user's codes.
 class HeadlessHandler : public HeldJobHandler
 {
 public:
     HeadlessHandler(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, ReleaseSteps steps,
                     QTextStream &out, QTextStream &err)
-        : m_plugins(plugins), m_cups(cups), m_steps(std::move(steps)), m_out(out), m_err(err)
+        : m_plugins(plugins), m_cups(cups), m_steps(std::move(steps)), m_thisHost(ThisHost::probe()), m_out(out),
+          m_err(err)
     {
     }
     void setAgent(HeldJobAgent *agent) { m_agent = agent; }
 
     void offer(const HeldJob &job) override
     {
+        if (!m_thisHost.isOrigin(job.originHost)) {
+            m_out << "job " << job.id << " on " << job.queue << " left held: sent from "
+                  << (job.originHost.isEmpty() ? QStringLiteral("an unknown host") : job.originHost)
+                  << ", not this machine; release it with --release " << job.id << Qt::endl;
+            if (m_agent)
+                m_agent->done(job.id);
+            return;
+        }
         QString error;
         switch (releaseHeadless(m_plugins, m_cups, job, m_steps, m_out, &error)) {
         case ReleaseOutcome::Released:
@@ -65,6 +77,7 @@ private:
     const std::vector<LoadedPlugin> &m_plugins;
     CupsConnection &m_cups;
     ReleaseSteps m_steps;
+    ThisHost m_thisHost;
     QTextStream &m_out;
     QTextStream &m_err;
     HeldJobAgent *m_agent = nullptr;

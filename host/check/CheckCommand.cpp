@@ -67,6 +67,8 @@ int runCheckCommand(const Options &options, QTextStream &out, QTextStream &err)
     if (const std::optional<ServerConfig> config = readServerConfig(*cups, &error)) {
         const Findings policy = policyFindings(*config, policies);
         findings.insert(findings.end(), policy.begin(), policy.end());
+        const Findings submission = submissionFindings(*config, policies);
+        findings.insert(findings.end(), submission.begin(), submission.end());
         findings.push_back(pageLogFinding(*config));
         if (options.users > 0) {
             const Findings limits = limitFindings(*config, options.users);

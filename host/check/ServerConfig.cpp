@@ -11,6 +11,7 @@ ServerConfig parseServerConfig(const QByteArray &text)
 {
     ServerConfig config;
     ServerConfig::Policy *policy = nullptr;
+    ServerConfig::Limit *limit = nullptr; // a <Limit> of that policy
     int depth = 0; // blocks open: <Location>, <Policy>, <Limit>
     for (const QByteArray &raw : text.split('\n')) {
         const QString line = QString::fromUtf8(raw).trimmed();
@@ -19,11 +20,16 @@ ServerConfig parseServerConfig(const QByteArray &text)
         if (line.startsWith(QLatin1String("</"))) {
             if (--depth == 0)
                 policy = nullptr;
+            limit = nullptr;
             continue;
         }
         if (line.startsWith(QLatin1Char('<'))) {
-            if (++depth == 1 && line.startsWith(QLatin1String("<Policy "), Qt::CaseInsensitive))
+            if (++depth == 1 && line.startsWith(QLatin1String("<Policy "), Qt::CaseInsensitive)) {
                 policy = &config.policies[line.mid(8).chopped(1).trimmed().toLower()];
+            } else if (depth == 2 && policy && line.startsWith(QLatin1String("<Limit "), Qt::CaseInsensitive)) {
+                policy->limits.append({ line.mid(7).chopped(1).toLower().split(QLatin1Char(' '), Qt::SkipEmptyParts), {}, false });
+                limit = &policy->limits.last();
+            }
             continue;
         }
         const qsizetype blank = line.indexOf(QLatin1Char(' '));
@@ -36,6 +42,10 @@ ServerConfig parseServerConfig(const QByteArray &text)
             policy->privateAccess << words;
         else if (policy && depth == 1 && name == QLatin1String("jobprivatevalues"))
             policy->privateValues << words;
+        else if (limit && name == QLatin1String("authtype"))
+            limit->authType = value.toLower();
+        else if (limit && name == QLatin1String("require"))
+            limit->requiresUser = true;
     }
     return config;
 }

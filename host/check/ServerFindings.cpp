@@ -11,11 +11,37 @@ const QString kServer = QStringLiteral("server");
 // The shipped policy line (examples/billing-codes-private.policy), put here
 // by the build so that the check and the file cannot disagree.
 const QString kPrivateValuesLine = QStringLiteral(PDE_PRIVATE_VALUES_LINE);
+// The shipped <Limit> block that makes job submission authenticate, its lines joined by " / ".
+const QString kSubmitLimitLines = QStringLiteral(PDE_SUBMIT_LIMIT_LINES);
 
 // cupsd's own values when cupsd.conf does not set one.
 constexpr int kDefaultLimit = 100;
 const QString kDefaultPageLogFormat =
     QStringLiteral("%p %u %j %T %P %C %{job-billing} %{job-originating-host-name} %{job-name} %{media} %{sides}");
+
+// The <Limit> that governs an operation: the first naming it, else <Limit All>.
+const ServerConfig::Limit *governingLimit(const ServerConfig::Policy &policy, const QString &operation)
+{
+    for (const QString &name : { operation, QStringLiteral("all") }) {
+        for (const ServerConfig::Limit &limit : policy.limits) {
+            if (limit.operations.contains(name))
+                return &limit;
+        }
+    }
+    return nullptr;
+}
+
+// Without an authentication type cupsd takes the requesting-user-name a
+// client sends, whatever Require says.
+bool authenticates(const ServerConfig &config, const ServerConfig::Limit *limit)
+{
+    if (!limit || !limit->requiresUser)
+        return false;
+    const QString type = limit->authType == QLatin1String("default")
+        ? config.directives.value(QStringLiteral("defaultauthtype"), QStringLiteral("Basic")).toLower()
+        : limit->authType;
+    return !type.isEmpty() && type != QLatin1String("none");
+}
 
 } // namespace
 
@@ -56,6 +82,31 @@ Findings policyFindings(const ServerConfig &config, const QStringList &policies)
                                             "<Policy %1> of cupsd.conf put the lines \"JobPrivateAccess default\" "
                                             "and \"%3\" instead of its own, then restart cupsd")
                                  .arg(name, wrong.join(QStringLiteral("; ")), kPrivateValuesLine) });
+    }
+    return findings;
+}
+
+Findings submissionFindings(const ServerConfig &config, const QStringList &policies)
+{
+    Findings findings;
+    for (const QString &name : policies) {
+        const ServerConfig::Policy policy = config.policies.value(name.toLower());
+        QStringList open;
+        for (const QString &operation : { QStringLiteral("Create-Job"), QStringLiteral("Print-Job") }) {
+            if (!authenticates(config, governingLimit(policy, operation.toLower())))
+                open << operation;
+        }
+        if (open.isEmpty()) {
+            findings.push_back({ Ok, kServer, QStringLiteral("policy \"%1\" takes jobs only from authenticated users").arg(name) });
+            continue;
+        }
+        findings.push_back({ Problem, kServer,
+                             QStringLiteral("under policy \"%1\" anyone can submit jobs under any user's name (%2 "
+                                            "without authentication), and the agent of that user releases them with "
+                                            "the user's kept codes; in the block <Policy %1> of cupsd.conf put the "
+                                            "lines \"%3\" before its own <Limit> blocks, and a DefaultAuthType other "
+                                            "than None, then restart cupsd")
+                                 .arg(name, open.join(QStringLiteral(", ")), kSubmitLimitLines) });
     }
     return findings;
 }

@@ -12,6 +12,10 @@ QStringList codeAttributes();
 // Whether each of the policies keeps the codes private to the job's owner.
 Findings policyFindings(const ServerConfig &config, const QStringList &policies);
 
+// Whether each of the policies makes users authenticate to submit jobs, so
+// that nobody prints under another's name.
+Findings submissionFindings(const ServerConfig &config, const QStringList &policies);
+
 // Whether the page log records the codes.
 Finding pageLogFinding(const ServerConfig &config);
 

@@ -20,6 +20,7 @@
 #include "tests/support/PrivateScheduler.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
 
@@ -89,6 +90,13 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
 
     const int released = lp("held"); // the codes are kept now: released at once, no window
     EXPECT_TRUE(QTest::qWaitFor([&] { return scheduler.recordedOptions(released).contains("37374142"); }, 20000));
+    // Kept codes or not, a job from another host gets a window that says so.
+    const int remote = lp("held", nullptr, { "-o", "raw", "-o", "job-originating-host-name=desk7.example" });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 1; }, 20000)) << qPrintable(said);
+    auto *origin = windows.windows().first()->findChild<QLabel *>(QStringLiteral("origin"));
+    EXPECT_TRUE(origin && origin->text().contains("desk7.example"));
+    windows.windows().first()->close();
+    EXPECT_EQ(pdetest::jobState(remote), IPP_JSTATE_HELD);
 
     // The codes were kept; the padlock opened in the codes window ends that.
     HeldJob noJob;

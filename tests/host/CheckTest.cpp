@@ -40,10 +40,13 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
     ASSERT_EQ(readme.start({ .queues = { queue("office", true), queue("open", true, {}, false), queue("raw", true, "-"),
                                          broken, queue("required", true, required), queue("nohold", false) },
                              .policyLines = pdetest::shippedPolicyLines(),
-                             .extraLines = { "MaxSubscriptions 1000", "MaxEvents 5000", "MaxClients 550" } }),
+                             .extraLines = { "MaxSubscriptions 1000", "MaxEvents 5000", "MaxClients 550",
+                                             "DefaultAuthType Basic" } }),
               QString());
+    // The shipped submission block, but the scheduler's DefaultAuthType is None.
     ASSERT_EQ(noPageLog.start({ .queues = { queue("office", true) },
-                                .policyLines = { "JobPrivateAccess all", pdetest::shippedPolicyLines().last() },
+                                .policyLines = pdetest::shippedPolicyLines().mid(0, 5)
+                                    + QStringList { "JobPrivateAccess all", pdetest::shippedPolicyLines().last() },
                                 .extraLines = { "PageLogFormat" } }),
               QString());
     ASSERT_EQ(closed.start({ .queues = { queue("office", true) },
@@ -55,6 +58,7 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
           { "ok office: its PPD loads",
             "ok office: the codes reach the printer in the ticket, through the queue's filters (PPD options ARMainCode, ARSubCode)",
             "ok office: the agent serves it", "ok office: holds new jobs", "ok server: policy \"private\" keeps the codes",
+            "ok server: policy \"private\" takes jobs only from authenticated users",
             "ok server: the page log records the codes", "ok server: MaxSubscriptions 1000 is enough for 500 agents",
             "ok server: MaxEvents 5000 is enough", "ok server: MaxClients 550 is enough" } },
         { &readme, { "--printer", "office", "--users", "501" }, 0,
@@ -64,7 +68,11 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
         { &readme, { "--printer", "open" }, 1,
           { "problem server: under policy \"default\" other users can read the codes (JobPrivateValues leaves out "
             + codeAttributes + "); in the block <Policy default> of cupsd.conf put the lines \"JobPrivateAccess default\" "
-            "and \"" + pdetest::shippedPolicyLines().last() + "\"" } },
+            "and \"" + pdetest::shippedPolicyLines().last() + "\"",
+            "problem server: under policy \"default\" anyone can submit jobs under any user's name (Create-Job, "
+            "Print-Job without authentication)",
+            "put the lines \"<Limit Create-Job Print-Job Print-URI Validate-Job> / AuthType Default / Require "
+            "valid-user / Order deny,allow / </Limit>\" before its own <Limit> blocks" } },
         { &readme, { "--printer", "raw" }, 1,
           { "ok raw: has no PPD", "problem raw: holds new jobs, but the codes reach no printer",
             "or stop holding its jobs (lpadmin -p raw -o job-hold-until-default=no-hold)" } },
@@ -84,6 +92,7 @@ TEST(Check, EachSetUpGivesItsFindingAndExitStatus)
         { &noPageLog, { "--users", "50" }, 1,
           { "warning server: the page log does not record the codes; in cupsd.conf set \"PageLogFormat %p",
             "problem server: under policy \"private\" other users can read the codes (JobPrivateAccess all lets other users read them)",
+            "problem server: under policy \"private\" anyone can submit jobs under any user's name (Create-Job, Print-Job",
             "warning server: MaxEvents 100 is too low for 50 agents" } },
         { &closed, { "--users", "50" }, 0,
           { "warning server: cannot read cupsd.conf (Unauthorized); run as an administrator to check the policies, the "

@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <cups/cups.h>
 #include <gtest/gtest.h>
@@ -202,7 +203,7 @@ TEST_F(HeldJobs, JobsBeyondTheSchedulersEventStoreAreEachReleasedOnce)
 // defaults is noticed. The owner's own release still works under the lines.
 TEST_F(HeldJobs, TheShippedPolicyShowsTheCodesToTheOwnerOnly)
 {
-    ASSERT_EQ(pdetest::shippedPolicyLines().size(), 2);
+    ASSERT_EQ(pdetest::shippedPolicyLines().size(), 7);
     for (const char *queue : { kPrivate, kHeld }) {
         const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", queue } + kSteps
             + QStringList { "-o", "job-accounting-user-id=clerk", sampleText() });
@@ -223,6 +224,9 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
 {
     const int next = lp(kHeld);
     lp(kUnserved); // not ours: never named
+    // As the scheduler records a job that came from another host (cupsd takes
+    // the origin a local client such as its LPD gateway gives).
+    const int remote = lp(kHeld, nullptr, { "-o", "raw", "-o", "job-originating-host-name=desk7.example" });
     // Nothing kept yet: the job waits for someone to give codes.
     EXPECT_EQ(runPdeprint({ "--release-kept" }).exitCode, 0);
     EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
@@ -249,8 +253,38 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
 
     const RunResult kept = runPdeprint({ "--release-kept" });
     EXPECT_EQ(kept.exitCode, 0) << qPrintable(kept.err);
-    EXPECT_EQ(kept.out, QStringLiteral("released job %1 on held\n").arg(next));
+    EXPECT_EQ(kept.out, QStringLiteral("released job %1 on held\njob %2 on held left held: sent from desk7.example, not "
+                                       "this machine; release it with --release %2\n")
+                            .arg(next)
+                            .arg(remote));
+    EXPECT_EQ(jobState(remote), IPP_JSTATE_HELD);
     const QMap<QString, QString> options = scheduler().received(next);
     for (const char *key : { "bc.mainCodecb", "bc.mainCode", "bc.subCodecb", "bc.subCode", "bc.holdButton" })
         EXPECT_EQ(options.value(kTicketPrefix + key), ticket.value(kTicketPrefix + key)) << key;
+}
+
+// Under the shipped lines a user submits only under their own name: the local
+// socket tells the scheduler who calls, and over TCP nobody gives a password.
+TEST(ShippedPolicy, AJobUnderAnotherUsersNameIsRefusedAndOnesOwnAccepted)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "runuser needs root";
+    pdetest::PrivateScheduler server;
+    ASSERT_EQ(server.start({ .queues = { { kPrivate, true, {}, true } }, .policyLines = pdetest::shippedPolicyLines(),
+                             .extraLines = { "DefaultAuthType Basic" } }),
+              QString());
+    const struct { QString host; const char *user; const char *owner; } rows[] = {
+        { server.socketPath(), "alice", nullptr }, { server.server(), "alice", nullptr }, { server.socketPath(), nullptr, "nobody" },
+    };
+    for (const auto &[host, user, owner] : rows) {
+        QProcess process;
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.start(QStringLiteral("runuser"), QStringList { "-u", "nobody", "--", "lp", "-h", host, "-d", kPrivate }
+                          + (user ? QStringList { "-U", user } : QStringList()) + QStringList { PDE_SOURCE_DIR "/examples/sample.txt" });
+        ASSERT_TRUE(process.waitForFinished(30000));
+        const int job = pdetest::jobIdIn(QString::fromUtf8(process.readAllStandardOutput()));
+        // Asked as the name it was sent under, which sees its own job's owner.
+        EXPECT_EQ(pdetest::jobAttributes(job, user ? user : "nobody").value("job-originating-user-name"), owner ? owner : "")
+            << qPrintable(host);
+    }
 }

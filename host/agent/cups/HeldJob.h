@@ -14,6 +14,7 @@ struct HeldJob
     QString queue;
     QString name;
     QString owner; // empty when the server keeps it from us: another user's job
+    QString originHost; // the machine it was printed from, as the scheduler names it
     qint64 createdAt = 0; // seconds since the epoch
     ipp_jstate_t state = IPP_JSTATE_PENDING;
     QStringList stateReasons;

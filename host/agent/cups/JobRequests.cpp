@@ -40,6 +40,8 @@ void takeAttribute(ipp_attribute_t *attribute, HeldJob *job)
         job->name = QString::fromUtf8(ippGetString(attribute, 0, nullptr));
     } else if (!strcmp(name, "job-originating-user-name") && (tag == IPP_TAG_NAME || tag == IPP_TAG_NAMELANG)) {
         job->owner = QString::fromUtf8(ippGetString(attribute, 0, nullptr));
+    } else if (!strcmp(name, "job-originating-host-name") && (tag == IPP_TAG_NAME || tag == IPP_TAG_NAMELANG)) {
+        job->originHost = QString::fromUtf8(ippGetString(attribute, 0, nullptr));
     } else if (!strcmp(name, "time-at-creation") && tag == IPP_TAG_INTEGER) {
         job->createdAt = ippGetInteger(attribute, 0);
     } else if (!strcmp(name, "job-state-reasons") && tag == IPP_TAG_KEYWORD) {
@@ -114,7 +116,8 @@ std::optional<QList<HeldJob>> fetchHeldJobs(http_t *http, QString *error)
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "which-jobs", nullptr, "not-completed");
     ippAddBoolean(request, IPP_TAG_OPERATION, "my-jobs", 1);
     static const char *const wanted[] = { "job-id", "job-state", "job-state-reasons", "job-printer-uri", "job-name",
-                                          "job-originating-user-name", "time-at-creation" };
+                                          "job-originating-user-name", "job-originating-host-name",
+                                          "time-at-creation" };
     ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", int(std::size(wanted)),
                   nullptr, wanted);
     const IppPtr response(cupsDoRequest(http, request, "/"));

@@ -13,8 +13,9 @@
 
 namespace pdeprint {
 
-HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups)
-    : m_session(std::move(session)), m_cups(cups), m_jobId(m_session->job().id), m_queue(m_session->job().queue)
+HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups, const QString &sentFrom)
+    : m_session(std::move(session)), m_cups(cups), m_jobId(m_session->job().id), m_queue(m_session->job().queue),
+      m_sentFrom(sentFrom)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Billing Code — %1 on %2").arg(m_session->job().name, m_queue));
@@ -24,6 +25,16 @@ HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConne
                                  .arg(m_session->job().name.toHtmlEscaped(), m_queue.toHtmlEscaped()),
                              this);
     layout->addWidget(about);
+    if (!m_sentFrom.isEmpty()) {
+        // Anyone who reaches the server can print under this user's name.
+        auto *origin = new QLabel(tr("<b>Sent from %1</b>, not from this computer. Print it only if you sent it "
+                                     "from there; otherwise cancel it.")
+                                      .arg(m_sentFrom.toHtmlEscaped()),
+                                  this);
+        origin->setObjectName(QStringLiteral("origin"));
+        origin->setWordWrap(true);
+        layout->addWidget(origin);
+    }
     m_area = new PanelArea(m_session->views(), m_session->panelNames(), this);
     layout->addWidget(m_area);
     m_problem = new QLabel(this);

@@ -20,11 +20,13 @@ class HeldJobWindow : public QWidget
 {
     Q_OBJECT
 public:
-    HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups);
+    // `sentFrom` names the host a job came from when that is not this machine.
+    HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConnection &cups, const QString &sentFrom = {});
     ~HeldJobWindow() override;
 
     int jobId() const { return m_jobId; }
     QString queue() const { return m_queue; }
+    QString sentFrom() const { return m_sentFrom; }
     // The job stopped being held elsewhere: closes with the notice, sends nothing.
     void withdraw(const QString &notice);
 
@@ -46,6 +48,7 @@ private:
     CupsConnection &m_cups;
     int m_jobId;
     QString m_queue;
+    QString m_sentFrom;
     PanelArea *m_area = nullptr;
     QLabel *m_problem = nullptr;
     QPushButton *m_print = nullptr;

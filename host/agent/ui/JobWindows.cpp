@@ -6,11 +6,14 @@
 #include "host/agent/ui/DesktopNotifier.h"
 #include "host/agent/ui/HeldJobWindow.h"
 
+#include <QCoreApplication>
+
 namespace pdeprint {
 
 JobWindows::JobWindows(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, DesktopNotifier &notifier,
                        bool releaseKept, QTextStream &out, QTextStream &err)
-    : m_plugins(plugins), m_cups(cups), m_notifier(notifier), m_releaseKept(releaseKept), m_out(out), m_err(err)
+    : m_plugins(plugins), m_cups(cups), m_notifier(notifier), m_releaseKept(releaseKept),
+      m_thisHost(ThisHost::probe()), m_out(out), m_err(err)
 {
 }
 
@@ -35,7 +38,8 @@ void JobWindows::offer(const HeldJob &job)
 {
     if (m_windows.contains(job.id))
         return;
-    if (m_releaseKept && releasedAsKept(job)) {
+    const bool local = m_thisHost.isOrigin(job.originHost);
+    if (m_releaseKept && local && releasedAsKept(job)) {
         if (m_agent)
             m_agent->done(job.id);
         return;
@@ -48,7 +52,10 @@ void JobWindows::offer(const HeldJob &job)
             m_agent->done(job.id);
         return;
     }
-    auto *window = new HeldJobWindow(std::move(session), m_cups);
+    const QString sentFrom = local ? QString()
+        : job.originHost.isEmpty() ? QCoreApplication::translate("JobWindows", "an unknown host")
+                                   : job.originHost;
+    auto *window = new HeldJobWindow(std::move(session), m_cups, sentFrom);
     m_windows.insert(job.id, window);
     connect(window, &HeldJobWindow::closed, this, &JobWindows::finished);
     window->show();
@@ -66,7 +73,11 @@ bool JobWindows::releasedAsKept(const HeldJob &job)
     case ReleaseOutcome::Released:
         m_out << "released job " << job.id << " on " << job.queue << " with the kept codes" << Qt::endl;
         m_notifier.notify(QStringLiteral("Printing “%1”").arg(job.name),
-                          QStringLiteral("Released on %1 with your kept billing codes.").arg(job.queue), job.queue);
+                          QCoreApplication::translate("JobWindows",
+                                                      "Printed from this computer; released on %1 with your kept "
+                                                      "billing codes.")
+                              .arg(job.queue),
+                          job.queue);
         return true;
     case ReleaseOutcome::NotKept:
     case ReleaseOutcome::DryRun:
@@ -81,9 +92,16 @@ bool JobWindows::releasedAsKept(const HeldJob &job)
 void JobWindows::withdrawn(int jobId)
 {
     if (HeldJobWindow *window = m_windows.value(jobId)) {
-        window->withdraw(QStringLiteral("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
-                             .arg(jobId)
-                             .arg(window->queue()));
+        if (window->sentFrom().isEmpty())
+            window->withdraw(QStringLiteral("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
+                                 .arg(jobId)
+                                 .arg(window->queue()));
+        else
+            window->withdraw(QCoreApplication::translate("JobWindows",
+                                                         "job %1 on %2, sent from %3, was cancelled, released or "
+                                                         "finished elsewhere; its window closed")
+                                 .arg(jobId)
+                                 .arg(window->queue(), window->sentFrom()));
     }
 }
 

@@ -9,6 +9,7 @@
 
 #include "host/PluginLoader.h"
 #include "host/agent/HeldJobHandler.h"
+#include "host/agent/ThisHost.h"
 
 namespace pdeprint {
 
@@ -18,8 +19,9 @@ class HeldJobAgent;
 class HeldJobWindow;
 
 // The windowed agent's handler: a window for each job offered. With
-// `releaseKept`, a job whose queue's record is kept is released at once,
-// headless, and the user is told by a desktop notification instead.
+// `releaseKept`, a job printed on this machine whose queue's record is kept
+// is released at once, headless, and the user is told by a desktop
+// notification instead. A job from another host always gets a window.
 class JobWindows : public QObject, public HeldJobHandler
 {
 public:
@@ -42,6 +44,7 @@ private:
     CupsConnection &m_cups;
     DesktopNotifier &m_notifier;
     bool m_releaseKept;
+    ThisHost m_thisHost;
     QTextStream &m_out;
     QTextStream &m_err;
     HeldJobAgent *m_agent = nullptr;
