@@ -107,6 +107,7 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
     EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
 
+    // Another agent released it after this one read it.
     const std::optional<HeldJob> stale = fetchJob(cups->http(), lp("held"), &error);
     ASSERT_TRUE(stale && releaseJob(cups->http(), stale->id, {}, &error)) << qPrintable(error);
     EXPECT_EQ(releaseHeadless(plugins, *cups, *stale, {}, out, &error), ReleaseOutcome::Failed);

@@ -38,7 +38,8 @@ const QStringList kCodeAttributes { kTicketPrefix + "bc.mainCode", kTicketPrefix
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
     { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true },
-                  { kGeneric, false, PDE_SOURCE_DIR "/tests/data/generic-postscript.ppd" }, { kAuth, false, {}, false, "record:auth" } },
+                  { kGeneric, false, PDE_SOURCE_DIR "/tests/data/generic-postscript.ppd" },
+                  { kAuth, false, {}, false, "record:auth" } },
       .policyLines = pdetest::shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
@@ -232,8 +233,8 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
     EXPECT_EQ(runPdeprint({ "--release-kept" }).exitCode, 0);
     EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
 
-    const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld, "--ppd", pdetest::samplePpdPath() } + kSteps
-        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", sampleText(),
+    const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld } + kSteps
+        + QStringList { "--ppd", pdetest::samplePpdPath(), "--click", "holdButton", "-o", "ARMainCode=On", sampleText(),
                         QStringLiteral(PDE_SOURCE_DIR "/platform/resources/icons/changes-allow.png") });
     const int own = pdetest::jobIdIn(printed.out);
     EXPECT_NE(jobState(own), IPP_JSTATE_HELD) << qPrintable(printed.err);
