@@ -3,10 +3,12 @@
 // Print releases one with the ticket, Cancel Job cancels one, and a job
 // cancelled elsewhere closes its window without anything sent. With the codes
 // kept, the next job is released without a window. Then the codes window
-// unlocks them, so that --release-kept leaves the next job held.
+// unlocks them, so that --release-kept leaves the next job held. A job
+// another agent released after this one read it gets no second ticket.
 
 #include "host/CupsQueue.h"
 #include "host/PluginLoader.h"
+#include "host/agent/HeadlessRelease.h"
 #include "host/agent/HeldJobAgent.h"
 #include "host/agent/JobPanelSession.h"
 #include "host/agent/ServedQueues.h"
@@ -112,4 +114,10 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     const int next = lp("held");
     const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
     EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
+
+    // Another agent released it after this one read it.
+    const std::optional<HeldJob> stale = fetchJob(cups->http(), lp("held"), &error);
+    ASSERT_TRUE(stale && releaseJob(cups->http(), stale->id, {}, &error)) << qPrintable(error);
+    EXPECT_EQ(releaseHeadless(plugins, *cups, *stale, {}, out, &error), ReleaseOutcome::Failed);
+    EXPECT_TRUE(error.contains("no longer held")) << qPrintable(error);
 }

@@ -1,7 +1,8 @@
 // Billing codes through a driverless queue (lpadmin -m everywhere) to an IPP
 // Everywhere printer that takes job-account-id: the printer receives the main
 // code from pdeprint's jobs, from the agent's releases and from the Billing
-// info of another application's dialog, and the page log records it.
+// info of another application's dialog, and the page log records it. The
+// agent leaves alone a driverless queue whose printer does without accounts.
 
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
@@ -18,20 +19,23 @@ using pdetest::lp;
 namespace {
 
 constexpr char kDriverless[] = "mfp";
+constexpr char kNoAccounts[] = "unbilled";
 // The line the README gives administrators.
 constexpr char kPageLogFormat[] =
     "PageLogFormat %p %u %j %T %P %C %{job-billing} %{job-originating-host-name} %{job-name} %{media} %{sides}";
 
-// The printer comes first: the queue is made from what it reports.
+// The printers come first: the queues are made from what they report.
 struct PrinterEnvironment : ::testing::Environment
 {
-    void SetUp() override { error = printer.start(); }
+    void SetUp() override { error = printer.start() + withoutAccounts.start(); }
     pdetest::PrivateIppPrinter printer;
+    pdetest::PrivateIppPrinter withoutAccounts { false };
     QString error;
 };
 auto *const printerEnvironment = static_cast<PrinterEnvironment *>(::testing::AddGlobalTestEnvironment(new PrinterEnvironment));
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
-    { .queues = { { kDriverless, true, "everywhere", false, printerEnvironment->printer.uri() } },
+    { .queues = { { kDriverless, true, "everywhere", false, printerEnvironment->printer.uri() },
+                  { kNoAccounts, true, "everywhere", false, printerEnvironment->withoutAccounts.uri() } },
       .extraLines = { kPageLogFormat } });
 
 using DriverlessQueue = pdetest::SchedulerTest;
@@ -59,11 +63,13 @@ TEST_F(DriverlessQueue, TheMainCodeReachesThePrinterAsItsAccountIdAndThePageLog)
     EXPECT_EQ(printer.accountIdReceived("billed"), "BILL-7");
     EXPECT_EQ(pdetest::jobAttributes(billed).value(kTicketPrefix + "bc.mainCode"), "42494C4C2D37") << "the panel showed it";
 
-    // The agent serves the driverless queue without being told to.
+    // The agent serves the driverless queue without being told to, and only that one.
+    const int unserved = lp(kNoAccounts);
     Agent agent({ "--click", "mainCodeCB", "--type", "mainCodeText=55" });
     const int plain = lp(kDriverless, nullptr, { "-t", "plain" });
     EXPECT_EQ(printer.accountIdReceived("plain"), "55");
     EXPECT_EQ(agent.stop(), QStringLiteral("released job %1 on %2\n").arg(plain).arg(kDriverless));
+    EXPECT_EQ(pdetest::jobState(unserved), IPP_JSTATE_HELD);
 
     // The page log is written when the scheduler hears the job finished.
     const std::pair<int, const char *> expected[] = { { pdetest::jobIdIn(printed.out), "4711" }, { billed, "BILL-7" },

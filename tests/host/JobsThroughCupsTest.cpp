@@ -25,6 +25,8 @@ namespace {
 
 constexpr char kHeld[] = "held";         // holds jobs; its PPD has the panel's options
 constexpr char kUnserved[] = "unserved"; // holds jobs; no PPD, so no panel
+constexpr char kGeneric[] = "generic";   // a PPD without the panel's options; jobs held with lp -H only
+constexpr char kAuth[] = "auth";         // its printer holds each job for credentials
 constexpr char kPlain[] = "plain";       // prints at once
 constexpr char kPrivate[] = "private";   // holds jobs; under the shipped privacy lines
 const QStringList kSteps { "--click", "mainCodeCB", "--type", "mainCodeText=77AB",
@@ -36,7 +38,9 @@ const QStringList kCodeAttributes { kTicketPrefix + "bc.mainCode", kTicketPrefix
 
 // A small event store, so that a few jobs between two of an agent's polls overflow it.
 pdetest::SchedulerEnvironment *const environment = pdetest::SchedulerEnvironment::add(
-    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true } },
+    { .queues = { { kHeld, true, {} }, { kUnserved, true, "-" }, { kPlain, false, {} }, { kPrivate, true, {}, true },
+                  { kGeneric, false, PDE_SOURCE_DIR "/tests/data/generic-postscript.ppd" },
+                  { kAuth, false, {}, false, "record:auth" } },
       .policyLines = pdetest::shippedPolicyLines(), .extraLines = { "MaxEvents 3" } });
 
 using JobsThroughCups = pdetest::SchedulerTest;
@@ -84,6 +88,7 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
 {
     for (const char *way : { "--release", "agent" }) {
         const int unserved = lp(kUnserved), foreign = lp(kHeld, "alice"), job = lp(kHeld);
+        const int generic = lp(kGeneric, nullptr, { "-o", "raw", "-H", "indefinite" });
         ASSERT_GT(job, 0);
         const RunResult dry = runPdeprint(QStringList { "--release", QString::number(job), "--dry-run" } + kSteps);
         ASSERT_EQ(dry.exitCode, 0) << qPrintable(dry.err);
@@ -109,7 +114,7 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
                     << way << ": " << qPrintable(it.key());
             }
         }
-        for (int untouched : { unserved, foreign }) {
+        for (int untouched : { unserved, foreign, generic }) {
             EXPECT_EQ(jobState(untouched), IPP_JSTATE_HELD) << way << ": job " << untouched;
             EXPECT_TRUE(scheduler().recordedOptions(untouched).isEmpty()) << way;
         }
@@ -119,14 +124,15 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
 // Bad jobs or queues, for a release or a print: one line, exit 1, nothing sent or changed.
 TEST_F(HeldJobs, ErrorsAreOneLineAndChangeNothing)
 {
-    const int held = lp(kHeld), foreign = lp(kHeld, "alice"), unserved = lp(kUnserved), printed = lp(kPlain);
-    ASSERT_TRUE(waitUntil([printed] { return jobState(printed) == IPP_JSTATE_COMPLETED; }));
+    const int held = lp(kHeld), foreign = lp(kHeld, "alice"), unserved = lp(kUnserved), printed = lp(kPlain), auth = lp(kAuth);
+    ASSERT_TRUE(waitUntil([=] { return jobState(printed) == IPP_JSTATE_COMPLETED && jobState(auth) == IPP_JSTATE_HELD; }));
     const int jobsBefore = jobCount();
     const auto release = [](int job) { return QStringList { "--release", QString::number(job) } + kSteps; };
     const struct { const char *what; QStringList arguments; QByteArray server; const char *reasonPart; } cases[] = {
         { "no such job", release(9999), {}, "no job 9999" },
         { "another user's job", release(foreign), {}, "another user" },
         { "a job not held", release(printed), {}, "not held" },
+        { "a job held for credentials", release(auth), {}, "not held" },
         { "an unserved queue", release(unserved), {}, "unserved" },
         { "no server", release(held), "127.0.0.1:1", "CUPS server" },
         { "unknown printer", { "--no-dialog", "--printer", "nosuchqueue", sampleText() }, {}, "unknown printer" },
@@ -143,7 +149,7 @@ TEST_F(HeldJobs, ErrorsAreOneLineAndChangeNothing)
         EXPECT_TRUE(result.err.contains(c.reasonPart)) << c.what << ": " << qPrintable(result.err);
     }
     EXPECT_EQ(jobCount(), jobsBefore);
-    for (int job : { held, foreign, unserved })
+    for (int job : { held, foreign, unserved, auth })
         EXPECT_EQ(jobState(job), IPP_JSTATE_HELD) << job;
 }
 
@@ -232,7 +238,7 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
     EXPECT_EQ(jobState(next), IPP_JSTATE_HELD);
 
     const RunResult printed = runPdeprint(QStringList { "--no-dialog", "--printer", kHeld } + kSteps
-        + QStringList { "--click", "holdButton", "-o", "ARMainCode=On", sampleText(),
+        + QStringList { "--ppd", pdetest::samplePpdPath(), "--click", "holdButton", "-o", "ARMainCode=On", sampleText(),
                         QStringLiteral(PDE_SOURCE_DIR "/platform/resources/icons/changes-allow.png") });
     const int own = pdetest::jobIdIn(printed.out);
     EXPECT_NE(jobState(own), IPP_JSTATE_HELD) << qPrintable(printed.err);

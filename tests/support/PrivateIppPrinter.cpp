@@ -11,7 +11,7 @@
 
 namespace pdetest {
 
-PrivateIppPrinter::PrivateIppPrinter() : m_port(freeLoopbackPort()) { }
+PrivateIppPrinter::PrivateIppPrinter(bool accounting) : m_port(freeLoopbackPort()), m_accounting(accounting) { }
 
 QString PrivateIppPrinter::start()
 {
@@ -31,11 +31,12 @@ QString PrivateIppPrinter::start()
     m_printer->setProcessEnvironment(environment);
     m_printer->setStandardOutputFile(m_root.filePath("log"), QIODevice::Append);
     m_printer->setStandardErrorFile(m_root.filePath("log"), QIODevice::Append);
-    const bool up = startServer(*m_printer, QStringLiteral("/usr/sbin/ippeveprinter"),
-                                { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-a",
-                                  QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt"), "-c",
-                                  QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh"), "Test Printer" },
-                                m_port);
+    QStringList arguments { "-n", "localhost", "-p", QString::number(m_port), "-r", "off", "-c",
+                            QStringLiteral(PDE_SOURCE_DIR "/tests/support/record-printer.sh") };
+    if (m_accounting)
+        arguments << "-a" << QStringLiteral(PDE_SOURCE_DIR "/tests/data/ipp-printer-capabilities.txt");
+    arguments << "Test Printer";
+    const bool up = startServer(*m_printer, QStringLiteral("/usr/sbin/ippeveprinter"), arguments, m_port);
     if (!up)
         return QStringLiteral("ippeveprinter did not come up:\n") + QString::fromUtf8(readFile(m_root.filePath("log")).right(2000));
     return {};

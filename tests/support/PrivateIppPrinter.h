@@ -10,13 +10,13 @@ namespace pdetest {
 
 // An IPP Everywhere printer of the test's own (ippeveprinter) on a free
 // loopback port, that supports job-account-id
-// (tests/data/ipp-printer-capabilities.txt), with a message bus of its own to
-// stand in for the system bus it insists on. Each job it prints leaves the job-account-id it received in a
+// (tests/data/ipp-printer-capabilities.txt) unless made without accounting,
+// with a message bus of its own to stand in for the system bus it insists on. Each job it prints leaves the job-account-id it received in a
 // file named after the job's name.
 class PrivateIppPrinter
 {
 public:
-    PrivateIppPrinter();
+    explicit PrivateIppPrinter(bool accounting = true);
     ~PrivateIppPrinter() { stop(); }
     PrivateIppPrinter(const PrivateIppPrinter &) = delete;
     PrivateIppPrinter &operator=(const PrivateIppPrinter &) = delete;
@@ -35,6 +35,7 @@ private:
     std::unique_ptr<QProcess> m_bus;
     std::unique_ptr<QProcess> m_printer;
     const int m_port;
+    const bool m_accounting;
 };
 
 } // namespace pdetest
