@@ -3,9 +3,13 @@
 // are released by pdeprint's held-job commands and agent with that ticket;
 // other users' and unserved jobs, and bad input, change nothing.
 
+#include "platform/UserDefaults.h"
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
+
+#include <QDir>
+#include <QFile>
 
 #include <QRegularExpression>
 #include <QSet>
@@ -47,6 +51,17 @@ int jobCount()
     const int count = cupsGetJobs2(CUPS_HTTP_DEFAULT, &jobs, nullptr, 0, CUPS_WHICHJOBS_ALL);
     cupsFreeJobs(count, jobs);
     return count;
+}
+
+// Every preferences file, by name, with its bytes (JSON text).
+QMap<QString, QString> preferenceFiles()
+{
+    QMap<QString, QString> files;
+    for (const QFileInfo &info : QDir(pde::UserDefaults::preferencesDirectory()).entryInfoList(QDir::Files | QDir::Hidden)) {
+        QFile file(info.filePath());
+        files.insert(info.fileName(), file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : "unreadable");
+    }
+    return files;
 }
 
 // The code-bearing attributes of the job that `user` is shown.
@@ -246,6 +261,23 @@ TEST_F(HeldJobs, TheTicketArrivesAsJobAttributesAndKeptCodesReleaseTheNextJob)
         EXPECT_TRUE(QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(ticket.value(kTicketPrefix + key)).hasMatch())
             << key << " = " << qPrintable(ticket.value(kTicketPrefix + key));
     }
+
+    // Dry runs read the kept codes, and change no preferences file: neither
+    // the kept record when they unlock it nor by making a queue's first one.
+    const QMap<QString, QString> before = preferenceFiles();
+    const QStringList dryRuns[] = {
+        { "--no-dialog", "--dry-run", "--printer", kHeld, sampleText() },
+        { "--no-dialog", "--dry-run", "--printer", kHeld, "--click", "holdButton", sampleText() },
+        { "--release", QString::number(next), "--dry-run", "--click", "holdButton" },
+        { "--no-dialog", "--dry-run", "--printer", kPlain, "--click", "mainCodeCB", "--click", "holdButton", sampleText() },
+    };
+    for (const QStringList &arguments : dryRuns) {
+        const RunResult dry = runPdeprint(arguments);
+        EXPECT_EQ(dry.exitCode, 0) << qPrintable(arguments.join(' ') + '\n' + dry.err);
+        EXPECT_TRUE(dry.out.contains(kTicketPrefix + "bc.mainCode=37374142") || arguments.contains(kPlain))
+            << qPrintable(dry.out);
+    }
+    EXPECT_EQ(preferenceFiles(), before);
 
     const RunResult kept = runPdeprint({ "--release-kept" });
     EXPECT_EQ(kept.exitCode, 0) << qPrintable(kept.err);

@@ -25,7 +25,7 @@ pdetest::SchedulerEnvironment *const scheduler =
 
 void keepCode(const QString &queue, const QString &code)
 {
-    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", queue, "--click", "mainCodeCB",
+    const RunResult result = runPdeprint({ "--no-dialog", "--printer", queue, "--click", "mainCodeCB",
                                            "--type", "mainCodeText=" + code, "--click", "holdButton", sampleText() });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
 }
