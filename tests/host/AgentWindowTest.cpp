@@ -1,11 +1,15 @@
 // The agent's windows on a real (virtual) display, driven in-process: jobs
 // printed with lp to a holding queue each get a window, another user's none;
-// Print releases one with the ticket, Cancel Job cancels one, and a job
-// cancelled elsewhere closes its window without anything sent. With the codes
-// kept, the next job is released without a window. Then the codes window
-// unlocks them, so that --release-kept leaves the next job held.
+// the keyboard starts at the first usable control and Tab reads on; Return
+// releases one with the ticket, Escape leaves one held, Cancel Job cancels
+// one, and a job cancelled elsewhere closes its window without anything
+// sent. With the codes kept, the next job is released without a window. Then
+// the codes window unlocks them, so that --release-kept leaves the next job
+// held. In Japanese, no window shows an English word.
 
 #include "host/CupsQueue.h"
+#include "host/DialogDriver.h"
+#include "host/HostTranslations.h"
 #include "host/PluginLoader.h"
 #include "host/agent/HeldJobAgent.h"
 #include "host/agent/JobPanelSession.h"
@@ -15,12 +19,20 @@
 #include "host/agent/ui/DesktopNotifier.h"
 #include "host/agent/ui/HeldJobWindow.h"
 #include "host/agent/ui/JobWindows.h"
+#include "host/printer/Destination.h"
+#include "host/printer/PrinterPanels.h"
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPrintDialog>
+#include <QRegularExpression>
+#include <QTabBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -35,6 +47,46 @@ void press(QWidget *window, const char *button)
     auto *found = window->findChild<QAbstractButton *>(QString::fromLatin1(button));
     ASSERT_TRUE(found && found->isVisible() && found->isEnabled()) << button;
     QTest::mouseClick(found, Qt::LeftButton);
+}
+
+// Where a key pressed in the window goes.
+QWidget *focused(QWidget *window)
+{
+    return window->focusWidget() ? window->focusWidget() : window;
+}
+
+QString focusName(QWidget *window)
+{
+    return window->focusWidget() ? window->focusWidget()->objectName() : QString();
+}
+
+// The Latin words a person can see in the window, on every tab, but for the given names.
+QStringList latinWords(QWidget *window, const QStringList &names)
+{
+    QStringList texts { window->windowTitle() };
+    for (QWidget *widget : window->findChildren<QWidget *>()) {
+        texts << widget->toolTip();
+        if (auto *label = qobject_cast<QLabel *>(widget))
+            texts << label->text();
+        else if (auto *button = qobject_cast<QAbstractButton *>(widget))
+            texts << button->text();
+        else if (auto *box = qobject_cast<QGroupBox *>(widget))
+            texts << box->title();
+        else if (auto *combo = qobject_cast<QComboBox *>(widget))
+            texts << combo->currentText();
+        else if (auto *tabs = qobject_cast<QTabBar *>(widget))
+            for (int i = 0; i < tabs->count(); ++i)
+                texts << tabs->tabText(i);
+    }
+    QStringList words;
+    static const QRegularExpression latin(QStringLiteral("[A-Za-z]{2,}"));
+    for (const QString &text : texts) {
+        for (const QRegularExpressionMatch &word : latin.globalMatch(text)) {
+            if (!names.contains(word.captured()))
+                words << word.captured();
+        }
+    }
+    return words;
 }
 
 } // namespace
@@ -63,18 +115,34 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
 
     lp("held", "alice"); // another user's: no window, although its events arrive
     const int printed = lp("held"), cancelled = lp("held"), gone = lp("held");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 3; }, 20000)) << qPrintable(said);
-    const QList<HeldJobWindow *> opened = windows.windows(); // by job id: printed, cancelled, gone
+    const int escaped = lp("held", nullptr, { "-o", "raw", "-o", "job-billing=55" });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return windows.windows().size() == 4; }, 20000)) << qPrintable(said);
+    const QList<HeldJobWindow *> opened = windows.windows(); // by job id: printed, cancelled, gone, escaped
 
     HeldJobWindow *window = opened[0];
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
     EXPECT_EQ(window->windowTitle(), "Billing Code — sample.txt on held");
+    EXPECT_EQ(focusName(window), "mainCodeCB");
+    EXPECT_EQ(focusName(opened[3]), "mainCodeText") << "its code came with the job";
     press(window, "mainCodeCB");
-    QTest::keyClicks(window->findChild<QLineEdit *>(QStringLiteral("mainCodeText")), "77AB");
+    press(window, "subCodeCB");
+    window->findChild<QWidget *>(QStringLiteral("mainCodeCB"))->setFocus();
+    QStringList order;
+    for (int i = 0; i < 5; ++i) {
+        QTest::keyClick(focused(window), Qt::Key_Tab);
+        order << focusName(window);
+    }
+    EXPECT_EQ(order.mid(0, 4), QStringList({ "mainCodeText", "subCodeCB", "subCodeText", "holdButton" }));
+    EXPECT_TRUE(QStringList({ "cancelJobButton", "printButton" }).contains(order.value(4))) << qPrintable(order.join(' '));
+
+    auto *mainCode = window->findChild<QLineEdit *>(QStringLiteral("mainCodeText"));
+    mainCode->setFocus();
+    QTest::keyClicks(mainCode, "77AB");
     press(window, "holdButton");
     const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/agent-window.png");
     EXPECT_TRUE(window->grab().save(png, "PNG")) << qPrintable(png);
-    press(window, "printButton");
+    QTest::keyClick(focused(window), Qt::Key_Return);
+    QTest::keyClick(focused(opened[3]), Qt::Key_Escape);
     press(opened[1], "cancelJobButton");
     ASSERT_EQ(QProcess::execute(QStringLiteral("cancel"), { QString::number(gone) }), 0);
 
@@ -86,6 +154,8 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     }
     EXPECT_TRUE(said.contains(QStringLiteral("job %1 on held was cancelled, released or finished elsewhere").arg(gone)))
         << qPrintable(said);
+    EXPECT_EQ(pdetest::jobState(escaped), IPP_JSTATE_HELD);
+    EXPECT_TRUE(scheduler.recordedOptions(escaped).isEmpty());
 
     const int released = lp("held"); // the codes are kept now: released at once, no window
     EXPECT_TRUE(QTest::qWaitFor([&] { return scheduler.recordedOptions(released).contains("37374142"); }, 20000));
@@ -98,10 +168,63 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     CodesWindow codes(std::move(session));
     codes.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&codes));
+    EXPECT_EQ(focusName(&codes), "holdButton") << "the kept codes are locked";
     press(&codes, "holdButton");
-    press(&codes, "saveButton");
+    QTest::keyClick(focused(&codes), Qt::Key_Return);
     EXPECT_TRUE(codes.saved());
+    CodesWindow closed(JobPanelSession::open(plugins, *cups, noJob, &error));
+    closed.show();
+    QTest::keyClick(focused(&closed), Qt::Key_Escape);
+    EXPECT_FALSE(closed.isVisible() || closed.saved());
     const int next = lp("held");
     const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
     EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
+}
+
+// pdeprint's dialog, a job's window and the codes window, in Japanese on a
+// real queue; each is saved as a PNG beside the test.
+TEST(AgentWindows, EveryWindowIsInJapanese)
+{
+    ASSERT_NE(qgetenv("QT_QPA_PLATFORM"), "offscreen") << "run under xvfb-run with the xcb platform";
+    pdetest::PrivateScheduler scheduler;
+    const QString started = scheduler.start({ .queues = { { "held", true, {} } } });
+    ASSERT_TRUE(started.isEmpty()) << qPrintable(started);
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Japanese, QLocale::Japan));
+    const HostTranslations translations;
+
+    QStringList warnings;
+    const std::vector<LoadedPlugin> plugins = loadPlugins(pluginSearchPath({}), &warnings);
+    QString error;
+    std::unique_ptr<CupsConnection> cups = CupsConnection::open(&error);
+    ASSERT_TRUE(cups) << qPrintable(error);
+    const std::optional<HeldJob> job = fetchJob(cups->http(), lp("held"), &error);
+    ASSERT_TRUE(job) << qPrintable(error);
+    auto *jobWindow = new HeldJobWindow(JobPanelSession::open(plugins, *cups, *job, &error), *cups);
+    HeldJob noJob;
+    noJob.queue = job->queue;
+    CodesWindow codes(JobPanelSession::open(plugins, *cups, noJob, &error));
+    Options options;
+    options.printer = job->queue;
+    options.files = QStringList { hosttest::sampleText() };
+    Destination destination;
+    ASSERT_TRUE(findDestination(options, &destination, &error)) << qPrintable(error);
+    std::unique_ptr<PrinterPanels> panels =
+        PrinterPanels::create(plugins, destination.printer, std::move(destination.ppd), options, &error);
+    ASSERT_TRUE(panels) << qPrintable(error);
+    DialogDriver dialog(panels->session(), job->queue, options, {});
+    dialog.prepare();
+
+    const QStringList names { "held", "sample", "txt", "Nurat", "QR", "pdeprint" }; // queue, job, printer type
+    const std::pair<const char *, QWidget *> looks[] = {
+        { "print-dialog-ja.png", dialog.dialog() }, { "agent-window-ja.png", jobWindow }, { "codes-window-ja.png", &codes } };
+    for (const auto &[file, window] : looks) {
+        window->show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window)) << file;
+        QTest::qWait(100);
+        EXPECT_EQ(latinWords(window, names), QStringList()) << file;
+        EXPECT_TRUE(window->grab().save(QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/") + file, "PNG")) << file;
+        window->close();
+    }
+    QLocale::setDefault(before);
 }

@@ -64,9 +64,9 @@ bool JobWindows::releasedAsKept(const HeldJob &job)
     QString error;
     switch (releaseHeadless(m_plugins, m_cups, job, { {}, false, true }, none, &error)) {
     case ReleaseOutcome::Released:
-        m_out << "released job " << job.id << " on " << job.queue << " with the kept codes" << Qt::endl;
-        m_notifier.notify(QStringLiteral("Printing “%1”").arg(job.name),
-                          QStringLiteral("Released on %1 with your kept billing codes.").arg(job.queue), job.queue);
+        m_out << tr("released job %1 on %2 with the kept codes").arg(job.id).arg(job.queue) << Qt::endl;
+        m_notifier.notify(tr("Printing “%1”").arg(job.name),
+                          tr("Released on %1 with your kept billing codes.").arg(job.queue), job.queue);
         return true;
     case ReleaseOutcome::NotKept:
     case ReleaseOutcome::DryRun:
@@ -81,7 +81,7 @@ bool JobWindows::releasedAsKept(const HeldJob &job)
 void JobWindows::withdrawn(int jobId)
 {
     if (HeldJobWindow *window = m_windows.value(jobId)) {
-        window->withdraw(QStringLiteral("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
+        window->withdraw(tr("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
                              .arg(jobId)
                              .arg(window->queue()));
     }
@@ -93,7 +93,7 @@ void JobWindows::finished(int jobId, const QString &notice, bool unasked)
     if (!notice.isEmpty())
         m_out << notice << Qt::endl;
     if (unasked) // a window that vanished by itself needs a word
-        m_notifier.notify(QStringLiteral("Billing Code"), notice);
+        m_notifier.notify(tr("Billing Code"), notice);
     if (m_agent)
         m_agent->done(jobId);
 }

@@ -22,6 +22,7 @@ class HeldJobWindow;
 // headless, and the user is told by a desktop notification instead.
 class JobWindows : public QObject, public HeldJobHandler
 {
+    Q_OBJECT
 public:
     JobWindows(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, DesktopNotifier &notifier,
                bool releaseKept, QTextStream &out, QTextStream &err);
