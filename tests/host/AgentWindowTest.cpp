@@ -138,6 +138,7 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     auto *mainCode = window->findChild<QLineEdit *>(QStringLiteral("mainCodeText"));
     mainCode->setFocus();
     QTest::keyClicks(mainCode, "77AB");
+    QTest::keyClicks(window->findChild<QLineEdit *>(QStringLiteral("subCodeText")), "9");
     press(window, "holdButton");
     const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/agent-window.png");
     EXPECT_TRUE(window->grab().save(png, "PNG")) << qPrintable(png);

@@ -38,7 +38,7 @@ QWidget *PanelArea::firstUsableControl() const
             && (widget->focusPolicy() & Qt::TabFocus);
         if (!usable)
             continue;
-        if (const auto *field = qobject_cast<QLineEdit *>(widget); field && !field->isReadOnly())
+        if (qobject_cast<QLineEdit *>(widget))
             return widget;
         if (!firstControl)
             firstControl = widget;

@@ -14,7 +14,7 @@ public:
     PanelArea(const QList<QWidget *> &views, const QStringList &names, QWidget *parent = nullptr);
 
     // Where the keyboard starts, in the panels' tab order: the first text
-    // field that can be typed into, else the first control Tab reaches.
+    // field Tab reaches, else the first control it reaches.
     // Null when none can be used.
     QWidget *firstUsableControl() const;
 };
