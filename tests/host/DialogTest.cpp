@@ -1,11 +1,9 @@
-// The print dialog on a real (virtual) display, in English and in Japanese as
-// the user's language sets it: --screenshot brings the Billing Code tab
-// forward, clicks and types into its controls as a user would (each must be
-// visible and usable), saves the window as a PNG and cancels.
+// The print dialog on a real (virtual) display: --screenshot brings the Billing
+// Code tab forward, clicks and types into its controls as a user would (each
+// must be visible and usable), saves the window as a PNG and cancels.
 
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/PrivateScheduler.h"
-#include "tests/support/TestSupport.h"
 
 #include <QFile>
 #include <QImage>
@@ -17,22 +15,15 @@ using namespace hosttest;
 TEST(Dialog, ScreenshotOfTheBillingCodeTabAfterUsingItsControls)
 {
     ASSERT_NE(qgetenv("QT_QPA_PLATFORM"), "offscreen") << "run under xvfb-run with the xcb platform";
-    pdetest::PrivateScheduler scheduler; // a real queue, its name and type in the dialog
-    const QString started = scheduler.start({ .queues = { { "office", false, {} } } });
-    ASSERT_TRUE(started.isEmpty()) << qPrintable(started);
-    for (const char *variable : { "LANGUAGE", "LC_ALL", "LC_MESSAGES" })
-        qunsetenv(variable);
-    for (const auto &[language, file] : { std::pair { "C.UTF-8", "billing-code-tab.png" },
-                                          std::pair { "ja_JP.UTF-8", "billing-code-tab-ja.png" } }) {
-        qputenv("LANG", language);
-        const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/") + file;
-        QFile::remove(png);
-        const RunResult result = runPdeprint({ "--screenshot", png, "--dry-run", "--printer", "office", "--click",
-                                               "mainCodeCB", "--type", "mainCodeText=42", "--click", "holdButton",
-                                               sampleText() });
-        EXPECT_EQ(result.exitCode, 0) << qPrintable(result.err);
-        EXPECT_TRUE(result.out.isEmpty()) << "a cancelled dialog prints no ticket: " << qPrintable(result.out);
-        const QImage image(png);
-        EXPECT_TRUE(image.width() > 300 && image.height() > 200) << qPrintable(png);
-    }
+    pdetest::PrivateScheduler scheduler; // a real queue: its name and type show
+    ASSERT_EQ(scheduler.start({ .queues = { { "office", false, {} } } }), QString());
+    const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/billing-code-tab.png");
+    QFile::remove(png);
+    const RunResult result = runPdeprint({ "--screenshot", png, "--dry-run", "--printer", "office", "--click",
+                                           "mainCodeCB", "--type", "mainCodeText=42", "--click", "holdButton",
+                                           sampleText() });
+    EXPECT_EQ(result.exitCode, 0) << qPrintable(result.err);
+    EXPECT_TRUE(result.out.isEmpty()) << "a cancelled dialog prints no ticket: " << qPrintable(result.out);
+    const QImage image(png);
+    EXPECT_TRUE(image.width() > 300 && image.height() > 200) << qPrintable(png);
 }
