@@ -23,7 +23,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION "utils")
 # Library dependencies (libqt6*, libcups2, libssl3, libstdc++) come from the
 # binaries themselves.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cups-client")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cups-client, qt6-translations-l10n") # Qt's own texts in the user's language
 set(CPACK_STRIP_FILES ON)
 # The autostart entry is the administrator's to edit: dpkg keeps their changes.
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_LIST_DIR}/../packaging/conffiles")

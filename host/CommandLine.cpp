@@ -204,7 +204,7 @@ QString usageText()
         "  --copies N           number of copies\n"
         "  --pages RANGES       pages to print, e.g. 1-3,5\n"
         "  --sides SIDES        one-sided, two-sided-long-edge or two-sided-short-edge\n"
-        "  --dry-run            print the job's options, one name=value a line, and submit nothing\n"
+        "  --dry-run            print the job's options, one name=value a line; submit and store nothing\n"
         "  --summary            print each panel's summary\n"
         "  --list-panels        list the panels of the loaded plug-ins and exit\n"
         "  --plugins DIR        look for panel plug-ins in DIR too\n"

@@ -53,7 +53,7 @@ void DialogDriver::prepare()
     // Only queues can take the job ticket.
     m_dialog->setOption(QAbstractPrintDialog::PrintToFile, false);
     if (!m_options.files.isEmpty())
-        m_dialog->setWindowTitle(QPrintDialog::tr("Print %1").arg(QFileInfo(m_options.files.first()).fileName()));
+        m_dialog->setWindowTitle(tr("Print %1").arg(QFileInfo(m_options.files.first()).fileName()));
     addPanelTabs();
     // Whoever opens pdeprint comes for the panels: show them at once.
     if (!m_session->panels().empty())

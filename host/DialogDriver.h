@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -23,6 +24,7 @@ using PrinterSwitch = std::function<PanelSession *(const QString &printerName, Q
 // Choosing another printer replaces the panels' tabs with that printer's.
 class DialogDriver
 {
+    Q_DECLARE_TR_FUNCTIONS(DialogDriver)
 public:
     DialogDriver(PanelSession &session, const QString &printerName, const Options &options,
                  PrinterSwitch switchPrinter);

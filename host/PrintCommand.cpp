@@ -12,8 +12,10 @@
 #include "host/printer/Destination.h"
 #include "host/printer/PrinterPanels.h"
 #include "host/printer/SavedOptions.h"
+#include "platform/UserDefaults.h"
 
 #include <QFileInfo>
+#include <QScopeGuard>
 
 namespace pdeprint {
 
@@ -48,6 +50,9 @@ int runPrintCommand(const Options &options, QTextStream &out, QTextStream &err)
         err << "pdeprint: " << why << Qt::endl;
         return kExitFailure;
     };
+    // A dry run reads the kept codes but changes nothing on disk.
+    pde::UserDefaults::setWritesSuspended(options.dryRun);
+    const auto resumeWrites = qScopeGuard([] { pde::UserDefaults::setWritesSuspended(false); });
     const bool dialog = wantsDialog(options);
     if (!dialog && !options.screenshot.isEmpty())
         return fail(QStringLiteral("--screenshot needs the dialog; leave out --no-dialog"));

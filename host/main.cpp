@@ -2,6 +2,7 @@
 // drives the same panels without a window.
 
 #include "host/CommandLine.h"
+#include "host/HostTranslations.h"
 #include "host/PrintCommand.h"
 #include "host/agent/AgentCommand.h"
 #include "host/check/CheckCommand.h"
@@ -10,6 +11,7 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -67,6 +69,11 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pdeprint"));
     QApplication::setApplicationVersion(QStringLiteral(PDEPRINT_VERSION));
+    // Only windows speak the user's language; lines on stdout and stderr of
+    // the commands without one are for scripts and stay as they are.
+    std::optional<pdeprint::HostTranslations> translations;
+    if (!headless)
+        translations.emplace();
     if (options.check)
         return pdeprint::runCheckCommand(options, out, err);
     return agentCommand ? pdeprint::runAgentCommand(options, out, err) : pdeprint::runPrintCommand(options, out, err);

@@ -2,6 +2,7 @@
 
 #include "platform/DomainFiles_p.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QMutex>
@@ -10,6 +11,9 @@
 namespace pde {
 
 namespace {
+
+// On the application object, the one thing the host and its plug-ins share.
+constexpr char kWritesSuspendedProperty[] = "pde.preferenceWritesSuspended";
 
 QMutex sharedMutex;
 std::shared_ptr<UserDefaults> sharedDefaults;
@@ -102,8 +106,24 @@ void UserDefaults::setPersistentDomain(const QVariantMap &domain, const QString 
     m_pending.insert(name, domain);
 }
 
+void UserDefaults::setWritesSuspended(bool suspended)
+{
+    if (QCoreApplication *app = QCoreApplication::instance())
+        app->setProperty(kWritesSuspendedProperty, suspended);
+}
+
+bool UserDefaults::writesSuspended()
+{
+    const QCoreApplication *app = QCoreApplication::instance();
+    return app && app->property(kWritesSuspendedProperty).toBool();
+}
+
 bool UserDefaults::synchronize()
 {
+    if (writesSuspended()) {
+        m_pending.clear();
+        return true;
+    }
     bool ok = true;
     for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
         const QString current = currentFile(it.key());

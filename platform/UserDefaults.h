@@ -39,6 +39,13 @@ public:
     // still holds its previous contents.
     bool synchronize();
 
+    // While suspended, synchronize() writes nothing and answers true: a dry
+    // run reads the user's preferences but leaves them as they were. Holds
+    // for the host and every plug-in it loaded, each of which has its own
+    // copy of this class; needs the application object.
+    static void setWritesSuspended(bool suspended);
+    static bool writesSuspended();
+
     static QString preferencesDirectory();
     static QString fileNameForDomain(const QString &name);
     // Where the first release kept the domain.

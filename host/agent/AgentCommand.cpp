@@ -14,9 +14,11 @@
 #include "host/agent/ui/CodesCommand.h"
 #include "host/agent/ui/DesktopNotifier.h"
 #include "host/agent/ui/JobWindows.h"
+#include "platform/UserDefaults.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QScopeGuard>
 
 namespace pdeprint {
 
@@ -125,6 +127,9 @@ int runAgentCommand(const Options &options, QTextStream &out, QTextStream &err)
         err << "pdeprint: " << why << Qt::endl;
         return kExitFailure;
     };
+    // A dry run reads the kept codes but changes nothing on disk.
+    pde::UserDefaults::setWritesSuspended(options.dryRun);
+    const auto resumeWrites = qScopeGuard([] { pde::UserDefaults::setWritesSuspended(false); });
     const std::vector<LoadedPlugin> plugins = loadPlugins(options.pluginFolders, err);
     QString error;
     // The agent waits for a server that is away; the one-shot commands stop.

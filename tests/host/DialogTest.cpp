@@ -3,7 +3,7 @@
 // must be visible and usable), saves the window as a PNG and cancels.
 
 #include "tests/host/PdeprintProcess.h"
-#include "tests/support/TestSupport.h"
+#include "tests/support/PrivateScheduler.h"
 
 #include <QFile>
 #include <QImage>
@@ -15,12 +15,13 @@ using namespace hosttest;
 TEST(Dialog, ScreenshotOfTheBillingCodeTabAfterUsingItsControls)
 {
     ASSERT_NE(qgetenv("QT_QPA_PLATFORM"), "offscreen") << "run under xvfb-run with the xcb platform";
-    qputenv("CUPS_SERVER", "127.0.0.1:1"); // no scheduler: the dialog must not wait for one
+    pdetest::PrivateScheduler scheduler; // a real queue: its name and type show
+    ASSERT_EQ(scheduler.start({ .queues = { { "office", false, {} } } }), QString());
     const QString png = QStringLiteral(PDE_HOST_TEST_OUTPUT_DIR "/billing-code-tab.png");
     QFile::remove(png);
-    const RunResult result = runPdeprint({ "--screenshot", png, "--dry-run", "--ppd", pdetest::samplePpdPath(),
-                                           "--printer", "gui", "--click", "mainCodeCB", "--type", "mainCodeText=42",
-                                           "--click", "holdButton", sampleText() });
+    const RunResult result = runPdeprint({ "--screenshot", png, "--dry-run", "--printer", "office", "--click",
+                                           "mainCodeCB", "--type", "mainCodeText=42", "--click", "holdButton",
+                                           sampleText() });
     EXPECT_EQ(result.exitCode, 0) << qPrintable(result.err);
     EXPECT_TRUE(result.out.isEmpty()) << "a cancelled dialog prints no ticket: " << qPrintable(result.out);
     const QImage image(png);

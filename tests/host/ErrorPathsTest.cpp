@@ -1,9 +1,11 @@
 // Bad input: one line on stderr, exit 2 for a wrong command line and 1 for the
 // rest, nothing printed or sent; and what a good dry run and the panel list print.
 
+#include "platform/UserDefaults.h"
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/TestSupport.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -87,11 +89,16 @@ TEST(ErrorPaths, DryRunPrintsSortedOptionsTheTicketAndTheSummary)
     QTemporaryDir dir;
     const QString pdf = dir.filePath("renamed.bin");
     ASSERT_TRUE(pdetest::writeFile(pdf, "%PDF-1.4\n1 0 obj\n<<>>\nendobj\ntrailer\n<<>>\n%%EOF\n"));
+    // The queue's record, which a dry run leaves as it was: no codes kept, no set-up rewritten.
+    const QString record = pde::UserDefaults::fileNameForDomain(QStringLiteral("jp.co.nurat.mfp.demo"));
+    ASSERT_TRUE(pdetest::writeFile(record, "{}"));
     const RunResult result = runPdeprint(kDryRun + QStringList {
         "--summary", "-o", "media=A4", "--copies=2", "--pages", "3-3,5,7-", "--sides", "two-sided-long-edge", "-o",
         "ARMainCode=On", "-o", "ARSubCode=On", "-o", kTicketPrefix + "bc.mainCode=FF", "-o", "job-billing=APP", "--click",
-        "mainCodeCB", "--type=mainCodeText=12=34", sampleText(), pdf });
+        "mainCodeCB", "--type=mainCodeText=12=34", "--click", "holdButton", sampleText(), pdf });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
+    EXPECT_EQ(QString::fromUtf8(pdetest::readFile(record)), "{}");
+    EXPECT_EQ(QDir(pde::UserDefaults::preferencesDirectory()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_TRUE(lines.removeOne("Billing Code: Main Code: 12=34")) << qPrintable(result.out);
     for (const QString &line : QStringList { "copies=2", "media=A4", "page-ranges=3-3,5,7-", "sides=two-sided-long-edge",

@@ -3,9 +3,12 @@
 // are released by pdeprint's held-job commands and agent with that ticket;
 // other users' and unserved jobs, and bad input, change nothing.
 
+#include "platform/UserDefaults.h"
 #include "tests/host/PdeprintProcess.h"
 #include "tests/support/CupsJobs.h"
 #include "tests/support/PrivateScheduler.h"
+
+#include <QDir>
 
 #include <QRegularExpression>
 #include <QSet>
@@ -93,6 +96,8 @@ TEST_F(HeldJobs, ReleasedWithTheDryRunTicketWhileOtherHeldJobsStayUntouched)
         const RunResult dry = runPdeprint(QStringList { "--release", QString::number(job), "--dry-run" } + kSteps);
         ASSERT_EQ(dry.exitCode, 0) << qPrintable(dry.err);
         EXPECT_EQ(jobState(job), IPP_JSTATE_HELD) << "a dry run sends nothing";
+        EXPECT_TRUE(QString(way) == "agent" || !QDir(pde::UserDefaults::preferencesDirectory()).exists())
+            << "nor stores a first record for the queue";
         // Listed alone: the other user's job and the unserved queue's are not ours.
         const RunResult held = runPdeprint({ "--held" });
         const QString line = QStringLiteral("^%1\\theld\\tsample.txt\\t20\\d\\d-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\n$").arg(job);

@@ -14,6 +14,7 @@
 #include <QTextStream>
 #include <QTimer>
 
+#include <cups/cups.h>
 #include <gtest/gtest.h>
 
 using namespace hosttest;
@@ -25,7 +26,7 @@ pdetest::SchedulerEnvironment *const scheduler =
 
 void keepCode(const QString &queue, const QString &code)
 {
-    const RunResult result = runPdeprint({ "--no-dialog", "--dry-run", "--printer", queue, "--click", "mainCodeCB",
+    const RunResult result = runPdeprint({ "--no-dialog", "--printer", queue, "--click", "mainCodeCB",
                                            "--type", "mainCodeText=" + code, "--click", "holdButton", sampleText() });
     ASSERT_EQ(result.exitCode, 0) << qPrintable(result.err);
 }
@@ -35,9 +36,9 @@ void keepCode(const QString &queue, const QString &code)
 TEST(PrinterSwitch, EachQueueShowsItsOwnKeptCodesAndTheJobCarriesTheChosenOnes)
 {
     ASSERT_TRUE(scheduler->error.isEmpty()) << qPrintable(scheduler->error);
-    // The dialog test beside this one points CUPS_SERVER nowhere; libcups in
-    // this process keeps the server the scheduler set.
+    // The dialog test beside this one points pdeprint and libcups at a scheduler of its own.
     qputenv("CUPS_SERVER", scheduler->scheduler.server().toUtf8());
+    cupsSetServer(scheduler->scheduler.server().toUtf8().constData());
     keepCode("alpha", "1111");
     keepCode("beta", "2222");
 

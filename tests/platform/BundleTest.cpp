@@ -1,11 +1,9 @@
 #include "platform/Bundle.h"
 
-#include "plugin/JpCoNuratPrintPdeQr7150kBC.h"
 #include "tests/support/TestSupport.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QLocale>
 #include <QPointer>
 #include <QPushButton>
 
@@ -83,23 +81,6 @@ TEST(Bundle, FilesThatAreNoPlugInGiveOneLineReasons)
         EXPECT_FALSE(Bundle::loadPlugIn(path, &error)) << path.toStdString();
         EXPECT_TRUE(error.contains(path) && !error.contains(QLatin1Char('\n'))) << error.toStdString();
         EXPECT_FALSE(Bundle::loadPlugIn(path, nullptr));
-    }
-}
-
-TEST(Bundle, LocalizedStringsFollowTheLocaleAndFallBackToValueThenKey)
-{
-    const auto bundle = Bundle::bundleForClass(&JpCoNuratPrintPdeQr7150kBC::staticMetaObject);
-    ASSERT_TRUE(bundle);
-    const QString key = QStringLiteral("Billing Code"), missing = QStringLiteral("No Such Label");
-    // The Japanese table itself is read by the panel's title tests.
-    const struct { const char *locale; QString key, value, table, expected; } cases[] = {
-        { "ja_JP", key, QString(), QString(), QStringLiteral("部門コード") },
-        { "ja_JP", missing, QStringLiteral("Fallback"), QString(), QStringLiteral("Fallback") },
-        { "ja_JP", key, QString(), QStringLiteral("NoSuchTable"), key },
-    };
-    for (const auto &c : cases) {
-        QLocale::setDefault(QLocale(QString::fromLatin1(c.locale)));
-        EXPECT_EQ(bundle->localizedStringForKey(c.key, c.value, c.table), c.expected) << c.expected.toStdString();
     }
 }
 

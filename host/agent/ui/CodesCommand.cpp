@@ -6,8 +6,6 @@
 #include "host/agent/ui/CodesWindow.h"
 #include "host/printer/Destination.h"
 
-#include <QApplication>
-
 namespace pdeprint {
 
 int runCodesCommand(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, const QString &queue,
@@ -27,8 +25,7 @@ int runCodesCommand(const std::vector<LoadedPlugin> &plugins, CupsConnection &cu
     if (!session)
         return fail(error);
     CodesWindow window(std::move(session));
-    window.show();
-    QApplication::exec();
+    window.exec();
     return window.saved() ? kExitOk : kExitCancelled;
 }
 

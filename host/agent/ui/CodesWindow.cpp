@@ -12,7 +12,7 @@ namespace pdeprint {
 
 CodesWindow::CodesWindow(std::unique_ptr<JobPanelSession> session) : m_session(std::move(session))
 {
-    setWindowTitle(QStringLiteral("Billing Codes — %1").arg(m_session->job().queue));
+    setWindowTitle(tr("Billing Codes — %1").arg(m_session->job().queue));
     auto *layout = new QVBoxLayout(this);
     m_area = new PanelArea(m_session->views(), m_session->panelNames(), this);
     layout->addWidget(m_area);
@@ -29,7 +29,9 @@ CodesWindow::CodesWindow(std::unique_ptr<JobPanelSession> session) : m_session(s
     save->setDefault(true);
     layout->addWidget(buttons);
     connect(save, &QPushButton::clicked, this, &CodesWindow::save);
-    connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    if (QWidget *first = m_area->firstUsableControl())
+        first->setFocus();
 }
 
 // The views go before the panels' session, as in the print dialog.
@@ -43,12 +45,12 @@ void CodesWindow::save()
     QMap<QString, QString> unused; // no job to take a ticket
     QString error;
     if (!m_session->finish(&unused, &error)) {
-        m_problem->setText(QStringLiteral("The codes were not saved: a panel refused them."));
+        m_problem->setText(tr("The codes were not saved: a panel refused them."));
         m_problem->show();
         return;
     }
     m_saved = true;
-    close();
+    accept();
 }
 
 } // namespace pdeprint

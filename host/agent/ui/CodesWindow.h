@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include <QDialog>
 
 #include <memory>
 
@@ -12,9 +12,11 @@ class JobPanelSession;
 class PanelArea;
 
 // A queue's panels without a job, to change or unlock the kept codes: "Save"
-// stores the record as printing would, "Close" leaves it as it was.
-class CodesWindow : public QWidget
+// (the default button) stores the record as printing would, "Close" or
+// Escape leaves it as it was.
+class CodesWindow : public QDialog
 {
+    Q_OBJECT
 public:
     explicit CodesWindow(std::unique_ptr<JobPanelSession> session);
     ~CodesWindow() override;

@@ -52,7 +52,7 @@ void DesktopNotifier::notify(const QString &summary, const QString &body, const 
         return;
     QStringList actions;
     if (m_actions && !codesQueue.isEmpty())
-        actions << kCodesAction << QStringLiteral("Change codes…");
+        actions << kCodesAction << tr("Change codes…");
     QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Notify"));
     call << QStringLiteral("pdeprint") << uint(0) << QStringLiteral("printer") << summary << body << actions
          << QVariantMap() << int(-1);

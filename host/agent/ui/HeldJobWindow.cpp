@@ -18,12 +18,12 @@ HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConne
       m_sentFrom(sentFrom)
 {
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(QStringLiteral("Billing Code — %1 on %2").arg(m_session->job().name, m_queue));
+    setWindowTitle(tr("Billing Code — %1 on %2").arg(m_session->job().name, m_queue));
 
     auto *layout = new QVBoxLayout(this);
-    auto *about = new QLabel(QStringLiteral("“%1” waits on %2 for its billing code.")
-                                 .arg(m_session->job().name.toHtmlEscaped(), m_queue.toHtmlEscaped()),
-                             this);
+    auto *about = new QLabel(
+        tr("“%1” waits on %2 for its billing code.").arg(m_session->job().name.toHtmlEscaped(), m_queue.toHtmlEscaped()),
+        this);
     layout->addWidget(about);
     if (!m_sentFrom.isEmpty()) {
         // Anyone who reaches the server can print under this user's name.
@@ -44,15 +44,16 @@ HeldJobWindow::HeldJobWindow(std::unique_ptr<JobPanelSession> session, CupsConne
     layout->addWidget(m_problem);
 
     auto *buttons = new QDialogButtonBox(this);
-    m_cancelJob = buttons->addButton(QStringLiteral("Cancel Job"), QDialogButtonBox::DestructiveRole);
+    m_cancelJob = buttons->addButton(tr("Cancel Job"), QDialogButtonBox::DestructiveRole);
     m_cancelJob->setObjectName(QStringLiteral("cancelJobButton"));
-    m_cancelJob->setAutoDefault(false);
-    m_print = buttons->addButton(QStringLiteral("Print"), QDialogButtonBox::AcceptRole);
+    m_print = buttons->addButton(tr("Print"), QDialogButtonBox::AcceptRole);
     m_print->setObjectName(QStringLiteral("printButton"));
     m_print->setDefault(true);
     layout->addWidget(buttons);
     connect(m_print, &QPushButton::clicked, this, &HeldJobWindow::print);
     connect(m_cancelJob, &QPushButton::clicked, this, &HeldJobWindow::cancelJob);
+    if (QWidget *first = m_area->firstUsableControl())
+        first->setFocus();
 }
 
 // The views go before the panels' session, as in the print dialog.
@@ -64,6 +65,12 @@ HeldJobWindow::~HeldJobWindow()
 void HeldJobWindow::withdraw(const QString &notice)
 {
     closeWith(notice, true);
+}
+
+// Escape: as closing the window, the job stays held.
+void HeldJobWindow::reject()
+{
+    close();
 }
 
 void HeldJobWindow::closeEvent(QCloseEvent *event)
@@ -87,32 +94,31 @@ void HeldJobWindow::print()
     QMap<QString, QString> ticket;
     QString error;
     auto fail = [this](const QString &why) {
-        m_problem->setText(why);
+        m_problem->setText(tr("The job was not released: %1").arg(why));
         m_problem->show();
     };
     if (!m_session->finish(&ticket, &error))
-        return fail(error);
+        return fail(tr("a panel stopped it."));
     // Another window, a script or the user's own lprm may have got there first.
     const std::optional<HeldJob> now = fetchJob(m_cups.http(), m_jobId, &error);
     if (!now)
         return fail(error);
     if (!now->isHeld())
-        return closeWith(QStringLiteral("job %1 on %2 is no longer held; nothing sent").arg(m_jobId).arg(m_queue),
-                         true);
+        return closeWith(tr("job %1 on %2 is no longer held; nothing sent").arg(m_jobId).arg(m_queue), true);
     if (!releaseJob(m_cups.http(), m_jobId, ticket, &error))
         return fail(error);
-    closeWith(QStringLiteral("released job %1 on %2").arg(m_jobId).arg(m_queue));
+    closeWith(tr("released job %1 on %2").arg(m_jobId).arg(m_queue));
 }
 
 void HeldJobWindow::cancelJob()
 {
     QString error;
     if (!pdeprint::cancelJob(m_cups.http(), m_jobId, &error)) {
-        m_problem->setText(error);
+        m_problem->setText(tr("The job was not cancelled: %1").arg(error));
         m_problem->show();
         return;
     }
-    closeWith(QStringLiteral("cancelled job %1 on %2").arg(m_jobId).arg(m_queue));
+    closeWith(tr("cancelled job %1 on %2").arg(m_jobId).arg(m_queue));
 }
 
 } // namespace pdeprint

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <QWidget>
+#include <QDialog>
 
 #include <memory>
 
@@ -14,9 +14,10 @@ class CupsConnection;
 class JobPanelSession;
 class PanelArea;
 
-// One held job's window: its queue's panels, "Print" and "Cancel Job".
-// Closing it leaves the job held. Deletes itself once closed.
-class HeldJobWindow : public QWidget
+// One held job's window: its queue's panels, "Print" (the default button)
+// and "Cancel Job". Closing it, or Escape, leaves the job held. Deletes
+// itself once closed. A dialog for its keys only: it is never modal.
+class HeldJobWindow : public QDialog
 {
     Q_OBJECT
 public:
@@ -35,6 +36,9 @@ signals:
     // line for the user, empty when there is nothing to tell; `unasked` when
     // the user did not close it, nor print or cancel the job.
     void closed(int jobId, const QString &notice, bool unasked);
+
+public slots:
+    void reject() override;
 
 protected:
     void closeEvent(QCloseEvent *event) override;

@@ -53,7 +53,7 @@ void JobWindows::offer(const HeldJob &job)
         return;
     }
     const QString sentFrom = local ? QString()
-        : job.originHost.isEmpty() ? QCoreApplication::translate("JobWindows", "an unknown host")
+        : job.originHost.isEmpty() ? tr("an unknown host")
                                    : job.originHost;
     auto *window = new HeldJobWindow(std::move(session), m_cups, sentFrom);
     m_windows.insert(job.id, window);
@@ -71,12 +71,9 @@ bool JobWindows::releasedAsKept(const HeldJob &job)
     QString error;
     switch (releaseHeadless(m_plugins, m_cups, job, { {}, false, true }, none, &error)) {
     case ReleaseOutcome::Released:
-        m_out << "released job " << job.id << " on " << job.queue << " with the kept codes" << Qt::endl;
-        m_notifier.notify(QStringLiteral("Printing “%1”").arg(job.name),
-                          QCoreApplication::translate("JobWindows",
-                                                      "Printed from this computer; released on %1 with your kept "
-                                                      "billing codes.")
-                              .arg(job.queue),
+        m_out << tr("released job %1 on %2 with the kept codes").arg(job.id).arg(job.queue) << Qt::endl;
+        m_notifier.notify(tr("Printing “%1”").arg(job.name),
+                          tr("Printed from this computer; released on %1 with your kept billing codes.").arg(job.queue),
                           job.queue);
         return true;
     case ReleaseOutcome::NotKept:
@@ -93,13 +90,12 @@ void JobWindows::withdrawn(int jobId)
 {
     if (HeldJobWindow *window = m_windows.value(jobId)) {
         if (window->sentFrom().isEmpty())
-            window->withdraw(QStringLiteral("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
+            window->withdraw(tr("job %1 on %2 was cancelled, released or finished elsewhere; its window closed")
                                  .arg(jobId)
                                  .arg(window->queue()));
         else
-            window->withdraw(QCoreApplication::translate("JobWindows",
-                                                         "job %1 on %2, sent from %3, was cancelled, released or "
-                                                         "finished elsewhere; its window closed")
+            window->withdraw(tr("job %1 on %2, sent from %3, was cancelled, released or finished elsewhere; its "
+                                "window closed")
                                  .arg(jobId)
                                  .arg(window->queue(), window->sentFrom()));
     }
@@ -111,7 +107,7 @@ void JobWindows::finished(int jobId, const QString &notice, bool unasked)
     if (!notice.isEmpty())
         m_out << notice << Qt::endl;
     if (unasked) // a window that vanished by itself needs a word
-        m_notifier.notify(QStringLiteral("Billing Code"), notice);
+        m_notifier.notify(tr("Billing Code"), notice);
     if (m_agent)
         m_agent->done(jobId);
 }

@@ -24,6 +24,7 @@ class HeldJobWindow;
 // notification instead. A job from another host always gets a window.
 class JobWindows : public QObject, public HeldJobHandler
 {
+    Q_OBJECT
 public:
     JobWindows(const std::vector<LoadedPlugin> &plugins, CupsConnection &cups, DesktopNotifier &notifier,
                bool releaseKept, QTextStream &out, QTextStream &err);

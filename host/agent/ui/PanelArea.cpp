@@ -1,5 +1,6 @@
 #include "host/agent/ui/PanelArea.h"
 
+#include <QLineEdit>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -26,6 +27,23 @@ PanelArea::PanelArea(const QList<QWidget *> &views, const QStringList &names, QW
     for (qsizetype i = 0; i < shown.size(); ++i)
         tabs->addTab(shown[i], shownNames[i]);
     layout->addWidget(tabs);
+}
+
+QWidget *PanelArea::firstUsableControl() const
+{
+    QWidget *const top = window();
+    QWidget *firstControl = nullptr;
+    for (QWidget *widget = top->nextInFocusChain(); widget != top; widget = widget->nextInFocusChain()) {
+        const bool usable = isAncestorOf(widget) && widget->isEnabled() && widget->isVisibleTo(top)
+            && (widget->focusPolicy() & Qt::TabFocus);
+        if (!usable)
+            continue;
+        if (qobject_cast<QLineEdit *>(widget))
+            return widget;
+        if (!firstControl)
+            firstControl = widget;
+    }
+    return firstControl;
 }
 
 } // namespace pdeprint

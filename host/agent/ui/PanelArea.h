@@ -12,6 +12,11 @@ class PanelArea : public QWidget
 {
 public:
     PanelArea(const QList<QWidget *> &views, const QStringList &names, QWidget *parent = nullptr);
+
+    // Where the keyboard starts, in the panels' tab order: the first text
+    // field Tab reaches, else the first control it reaches.
+    // Null when none can be used.
+    QWidget *firstUsableControl() const;
 };
 
 } // namespace pdeprint
