@@ -93,6 +93,11 @@ QString PrivateScheduler::start(const SchedulerOptions &options)
             lpadmin << "-o" << "printer-op-policy=private";
         if (QProcess::execute(QStringLiteral("/usr/sbin/lpadmin"), lpadmin) != 0) // its errors go to the test's
             return "lpadmin failed:\n" + log();
+        // cupsd makes a driverless queue's PPD in a thread of its own; a job or
+        // change that meets that thread half done is refused.
+        const QString available = QStringLiteral("Printer \"%1\" is now available.").arg(queue.name);
+        if (queue.ppd == "everywhere" && !waitUntil([&] { return log().contains(available); }))
+            return "no PPD made for " + queue.name + ":\n" + log();
         const QString ppd = m_root.filePath("etc/ppd/" + queue.name + ".ppd");
         if (!queue.servedPpd.isEmpty() && !(QFile::remove(ppd) && QFile::copy(queue.servedPpd, ppd)))
             return "cannot replace " + ppd;
